@@ -1,0 +1,63 @@
+#!/usr/bin/env bash
+# run_case.sh - runs one end-to-end case and compares its output byte for byte.
+#
+#   run_case.sh LOGSIFT CASEDIR WORKDIR
+#
+# A case directory holds:
+#   args            the arguments after the program name (bash words), or
+#   run.sh          a script to run instead (gets $LOGSIFT; exit 77 = skipped)
+#   setup.sh        optional, run first in the work directory
+#   *.vbfdesc       readable report descriptions, built into files named
+#                   without the extension before the tool runs
+#   expect.stdout   expected standard output   (absent: empty)
+#   expect.stderr   expected standard error    (absent: empty)
+#   expect.status   expected exit status       (absent: 0)
+# The tool runs in WORKDIR as "logsift" with TZ=UTC, LC_ALL=C and no input.
+# A failing case leaves actual.* files and a diff in WORKDIR.
+set -u
+logsift=$1 casedir=$2 work=$3
+here=$(cd "$(dirname "$0")" && pwd)
+
+rm -rf "$work" && mkdir -p "$work" || exit 1
+cp -R "$casedir"/. "$work"/ || exit 1
+cd "$work" || exit 1
+
+export LOGSIFT="$logsift" TESTS_DIR="$here" TZ=UTC LC_ALL=C
+export VBFGEN="$here/tools/vbfgen/vbfgen.py"
+
+for desc in *.vbfdesc; do
+    [ -e "$desc" ] || continue
+    python3 "$VBFGEN" "$desc" -o "${desc%.vbfdesc}" || { echo "fixture $desc did not build"; exit 1; }
+done
+if [ -f setup.sh ]; then
+    bash ./setup.sh || { echo "setup.sh failed"; exit 1; }
+fi
+
+if [ -f run.sh ]; then
+    bash ./run.sh </dev/null >actual.stdout 2>actual.stderr
+    status=$?
+else
+    eval "set -- $(cat args)"
+    (exec -a logsift "$logsift" "$@") </dev/null >actual.stdout 2>actual.stderr
+    status=$?
+fi
+if [ "$status" = 77 ] && [ -f run.sh ]; then
+    echo "skipped: $(cat actual.stderr)"
+    exit 77
+fi
+echo "$status" >actual.status
+
+fail=0
+for kind in stdout stderr status; do
+    expected=expect.$kind
+    if [ ! -f "$expected" ]; then
+        if [ "$kind" = status ]; then echo 0 >"$expected"; else : >"$expected"; fi
+    fi
+    if ! cmp -s "$expected" "actual.$kind"; then
+        echo "=== $kind differs (expected vs actual) ==="
+        diff -u "$expected" "actual.$kind" | tee "$kind.diff" | head -n 60
+        fail=1
+    fi
+done
+[ "$fail" = 0 ] && echo "ok"
+exit "$fail"

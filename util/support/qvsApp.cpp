@@ -1,0 +1,6 @@
+// qvsApp.cpp - the application object, built with debug mask 0 before main.
+#include "util/support/qvsApp.h"
+
+APP::APP(unsigned level) : level(level) {}
+
+APP TheApp(0);

@@ -1,0 +1,270 @@
+// qvsLib.cpp - CRC-32, numbers, UTF-16 text, key="value" extraction.
+#include "util/support/qvsLib.h"
+
+#include "util/support/qvsGuid.h"
+#include "util/support/qvsStatus.h"
+
+#include <cctype>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+#include <unistd.h>
+
+namespace QVS {
+
+namespace {
+
+struct CrcTable {
+    unsigned entry[256];
+    CrcTable() {
+        for (unsigned n = 0; n < 256; ++n) {
+            unsigned c = n;
+            for (int k = 0; k < 8; ++k)
+                c = (c & 1) ? 0xEDB88320u ^ (c >> 1) : c >> 1;
+            entry[n] = c;
+        }
+    }
+};
+
+const CrcTable crcTable;
+
+} // namespace
+
+unsigned updateCRC(unsigned crc, unsigned char* data, unsigned long length) {
+    for (unsigned long i = 0; i < length; ++i)
+        crc = crcTable.entry[(crc ^ data[i]) & 0xFF] ^ (crc >> 8);
+    return crc;
+}
+
+time_t GetUTCTime() { return time(nullptr); }
+
+void LB_delay(long milliseconds) {
+    // The product is taken in 32 bits, as the storage tools do.
+    usleep(static_cast<useconds_t>(static_cast<uint32_t>(milliseconds * 1000)));
+}
+
+unsigned qradix_value(char c) {
+    if (c >= '0' && c <= '9')
+        return static_cast<unsigned>(c - '0');
+    int lower = std::tolower(static_cast<unsigned char>(c));
+    if (lower >= 'a' && lower <= 'z')
+        return static_cast<unsigned>(lower - 'a' + 10);
+    return 37;
+}
+
+unsigned long long _stoq(const char* s, char** end, int base, int mode) {
+    if (end)
+        *end = const_cast<char*>(s);
+    const char* p = s;
+    while (std::isspace(static_cast<unsigned char>(*p)))
+        ++p;
+    bool negative = false;
+    if (*p == '-' || *p == '+') {
+        negative = *p == '-';
+        ++p;
+    }
+    bool hexPrefix = p[0] == '0' && (p[1] == 'x' || p[1] == 'X');
+    if (base == 0)
+        base = hexPrefix ? 16 : (p[0] == '0' ? 8 : 10);
+    else if (base < 2 || base > 36)
+        return 0;
+    if (base == 16 && hexPrefix)
+        p += 2;
+
+    unsigned long long value = 0;
+    bool overflow = false;
+    const char* first = p;
+    unsigned digit;
+    while ((digit = qradix_value(*p)) < static_cast<unsigned>(base)) {
+        unsigned long long next = value * static_cast<unsigned>(base) + digit;
+        // This test misses some overflows; the storage tools rely on it as is.
+        if (next < value)
+            overflow = true;
+        value = next;
+        ++p;
+    }
+    if (end)
+        *end = const_cast<char*>(p == first ? s : p);
+
+    const unsigned long long signedMax = 0x7FFFFFFFFFFFFFFFull;
+    const unsigned long long signedMin = 0x8000000000000000ull;
+    if (mode == 1) {
+        if (value & signedMin)
+            return negative ? signedMin : signedMax;
+        if (overflow)
+            return negative ? signedMin : signedMax;
+        return negative ? (~value + 1) : value;
+    }
+    if (mode == 0) {
+        if (overflow)
+            return ~0ull;
+        return negative ? (~value + 1) : value;
+    }
+    if (overflow)
+        return negative ? signedMin : signedMax;
+    return negative ? (~value + 1) : value;
+}
+
+unsigned long long LB_strtouq(const char* s, char** end, int base) { return _stoq(s, end, base, 0); }
+
+long long LB_strtoq(const char* s, char** end, int base) {
+    return static_cast<long long>(_stoq(s, end, base, 1));
+}
+
+void appendUtf8(unsigned u, std::string& out) {
+    if (u < 0x80) {
+        out.push_back(static_cast<char>(u));
+    } else if (u < 0x800) {
+        out.push_back(static_cast<char>(0xC0 | (u >> 6)));
+        out.push_back(static_cast<char>(0x80 | (u & 0x3F)));
+    } else {
+        out.push_back(static_cast<char>(0xE0 | (u >> 12)));
+        out.push_back(static_cast<char>(0x80 | ((u >> 6) & 0x3F)));
+        out.push_back(static_cast<char>(0x80 | (u & 0x3F)));
+    }
+}
+
+void uni2utf(const unsigned short* text, std::string& out) {
+    if (text == nullptr)
+        return;
+    for (; *text != 0; ++text)
+        appendUtf8(*text, out);
+}
+
+unsigned LB_VolumeStateStringToVolumeStateNumber(const char* word) {
+    if (word == nullptr)
+        return 0;
+    if (std::strcmp(word, "active") == 0)
+        return 6;
+    if (std::strcmp(word, "deactive") == 0)
+        return 2;
+    if (std::strcmp(word, "maintenance") == 0)
+        return 3;
+    return 0;
+}
+
+} // namespace QVS
+
+UnicodeString::UnicodeString(const unsigned short* text) { QVS::uni2utf(text, text_); }
+
+UnicodeString::UnicodeString(const void* field, size_t maxUnits) {
+    const unsigned char* bytes = static_cast<const unsigned char*>(field);
+    for (size_t i = 0; i < maxUnits; ++i) {
+        unsigned u = bytes[2 * i] | (static_cast<unsigned>(bytes[2 * i + 1]) << 8);
+        if (u == 0)
+            break;
+        QVS::appendUtf8(u, text_);
+    }
+}
+
+UnicodeString::~UnicodeString() = default;
+
+std::ostream& operator<<(std::ostream& os, const UnicodeString& name) {
+    return os.write(name.utf8().data(), static_cast<std::streamsize>(name.utf8().size()));
+}
+
+namespace {
+
+// Finds the value behind `key`; sets [start, close) to the quoted text.
+unsigned locateValue(const char* text, const char* key, const char*& start, const char*& close) {
+    const char* hit = std::strstr(text, key);
+    if (hit == nullptr)
+        return QVS::zERR_LIB_SEARCH_STRING_NOT_FOUND;
+    start = hit + std::strlen(key);
+    close = std::strchr(start, '"');
+    if (close == nullptr)
+        return QVS::zERR_LIB_QUOTE_NOT_FOUND;
+    return 0;
+}
+
+} // namespace
+
+unsigned LBP_GetValue(const char* text, const char* key, unsigned int* value) {
+    const char *start, *close;
+    unsigned status = locateValue(text, key, start, close);
+    if (status == 0)
+        *value = static_cast<unsigned int>(std::strtoul(start, nullptr, 0));
+    return status;
+}
+
+unsigned LBP_GetValue(const char* text, const char* key, int* value) {
+    const char *start, *close;
+    unsigned status = locateValue(text, key, start, close);
+    if (status == 0)
+        *value = static_cast<int>(std::strtol(start, nullptr, 0));
+    return status;
+}
+
+unsigned LBP_GetValue(const char* text, const char* key, unsigned long* value) {
+    const char *start, *close;
+    unsigned status = locateValue(text, key, start, close);
+    if (status == 0)
+        *value = std::strtoul(start, nullptr, 0);
+    return status;
+}
+
+unsigned LBP_GetValue(const char* text, const char* key, long* value) {
+    const char *start, *close;
+    unsigned status = locateValue(text, key, start, close);
+    if (status == 0)
+        *value = std::strtol(start, nullptr, 0);
+    return status;
+}
+
+unsigned LBP_GetValue(const char* text, const char* key, unsigned long long* value) {
+    const char *start, *close;
+    unsigned status = locateValue(text, key, start, close);
+    if (status == 0)
+        *value = std::strtoull(start, nullptr, 0);
+    return status;
+}
+
+unsigned LBP_GetValue(const char* text, const char* key, bool* value) {
+    unsigned long long number = 0;
+    unsigned status = LBP_GetValue(text, key, &number);
+    if (status == 0)
+        *value = number != 0;
+    return status;
+}
+
+unsigned LBP_GetValue(const char* text, const char* key, char* buffer, unsigned size) {
+    if (size == 0)
+        return QVS::zERR_BUFFER_TOO_SMALL;
+    const char *start, *close;
+    unsigned status = locateValue(text, key, start, close);
+    if (status != 0)
+        return status;
+    size_t length = static_cast<size_t>(close - start);
+    if (length >= size)
+        return QVS::zERR_BUFFER_TOO_SMALL;
+    std::memcpy(buffer, start, length);
+    buffer[length] = '\0';
+    return 0;
+}
+
+unsigned LBP_GetValue(const char* text, const char* key, std::string& value) {
+    const char *start, *close;
+    unsigned status = locateValue(text, key, start, close);
+    if (status != 0)
+        return status;
+    try {
+        value.assign(start, close);
+    } catch (const std::exception&) {
+        return QVS::zERR_NO_MEMORY;
+    }
+    return 0;
+}
+
+unsigned LBP_GetValue(const char* text, const char* key, GUID_t* value) {
+    const char *start, *close;
+    unsigned status = locateValue(text, key, start, close);
+    if (status != 0)
+        return status;
+    size_t length = static_cast<size_t>(close - start);
+    if (length != 36 && length != 37)
+        return QVS::zERR_INVALID_VOLUME_ID;
+    char copy[QVS::GUID_TEXT_LENGTH + 1];
+    std::memcpy(copy, start, length);
+    copy[length] = '\0';
+    return QVS::LB_GUIDFromUTF8(copy, value);
+}

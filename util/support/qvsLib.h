@@ -1,0 +1,73 @@
+// qvsLib.h - CRC-32 step, clock and delay, radix-aware number parsing,
+// UTF-16 to UTF-8 conversion, key="value" extraction and volume-state words.
+#ifndef UTIL_SUPPORT_QVSLIB_H
+#define UTIL_SUPPORT_QVSLIB_H
+
+#include <cstddef>
+#include <cstdint>
+#include <ctime>
+#include <ostream>
+#include <string>
+
+struct GUID_t;
+
+namespace QVS {
+
+// One reflected CRC-32 step (polynomial 0xEDB88320) over `length` bytes; the
+// caller applies the initial 0xFFFFFFFF and the final complement.
+unsigned updateCRC(unsigned crc, unsigned char* data, unsigned long length);
+
+time_t GetUTCTime();
+void LB_delay(long milliseconds);
+
+// Digit value of c in any base up to 36, or 37 for a non-digit.
+unsigned qradix_value(char c);
+
+// Parses an integer with base detection; mode 0 unsigned, mode 1 signed
+// (saturating), other modes signed limits on overflow.
+unsigned long long _stoq(const char* s, char** end, int base, int mode);
+unsigned long long LB_strtouq(const char* s, char** end, int base);
+long long LB_strtoq(const char* s, char** end, int base);
+
+// Appends the UTF-8 form of a zero-terminated UTF-16 string; each unit is
+// encoded on its own (surrogate halves are not combined).
+void uni2utf(const unsigned short* text, std::string& out);
+// Appends one UTF-16 unit as one, two or three UTF-8 bytes.
+void appendUtf8(unsigned unit, std::string& out);
+
+// Volume state words: "active" 6, "deactive" 2, "maintenance" 3, else 0.
+unsigned LB_VolumeStateStringToVolumeStateNumber(const char* word);
+
+} // namespace QVS
+
+// Owning UTF-8 copy of a UTF-16 name.
+class UnicodeString {
+public:
+    explicit UnicodeString(const unsigned short* text);
+    // A name stored in a record: little-endian units, cut at its first 0 unit
+    // or at the end of the field, whichever comes first. Never reads past
+    // `maxUnits` units and never needs alignment.
+    UnicodeString(const void* field, size_t maxUnits);
+    ~UnicodeString();
+
+    const std::string& utf8() const { return text_; }
+
+private:
+    std::string text_;
+};
+
+std::ostream& operator<<(std::ostream& os, const UnicodeString& name);
+
+// key="value" extraction. `key` includes the opening quote. Returns 0,
+// 21820 (key absent), 21821 (no closing quote), 20004, 20000 or 20821.
+unsigned LBP_GetValue(const char* text, const char* key, unsigned int* value);
+unsigned LBP_GetValue(const char* text, const char* key, int* value);
+unsigned LBP_GetValue(const char* text, const char* key, unsigned long* value);
+unsigned LBP_GetValue(const char* text, const char* key, long* value);
+unsigned LBP_GetValue(const char* text, const char* key, unsigned long long* value);
+unsigned LBP_GetValue(const char* text, const char* key, bool* value);
+unsigned LBP_GetValue(const char* text, const char* key, char* buffer, unsigned size);
+unsigned LBP_GetValue(const char* text, const char* key, std::string& value);
+unsigned LBP_GetValue(const char* text, const char* key, GUID_t* value);
+
+#endif
