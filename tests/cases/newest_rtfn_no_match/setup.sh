@@ -1,0 +1,2 @@
+mkdir rav
+: > rav/pool_rebuild_00000001_log.xm

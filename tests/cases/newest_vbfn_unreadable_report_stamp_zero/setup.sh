@@ -1,0 +1,2 @@
+mkdir rav
+: > rav/p_verify_zzzzzzzz_report.vbf
