@@ -7,7 +7,7 @@ CMAKE_FLAGS ?=
 
 LOGSIFT = $(BUILD_DIR)/logsift
 
-.PHONY: all build demo test deps install clean
+.PHONY: all build demo test deps install package clean
 
 all: build
 
@@ -32,6 +32,10 @@ deps:
 
 install: build
 	DESTDIR=$(DESTDIR) cmake --install $(BUILD_DIR) --prefix $(PREFIX)
+
+# A Debian package of the tool, its manual page and its completion.
+package: build
+	cd $(BUILD_DIR) && cpack -G DEB
 
 clean:
 	rm -rf $(BUILD_DIR)
