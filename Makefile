@@ -1,5 +1,10 @@
 # Thin wrapper over CMake; everything is built out of tree in $(BUILD_DIR).
 BUILD_DIR ?= build
+SANITIZE_DIR ?= build-sanitize
+FUZZ_DIR ?= build-fuzz
+FUZZ_SECONDS ?= 60
+# Fuzzing time per target within `make test`.
+CHECK_FUZZ_SECONDS ?= 30
 PREFIX ?= /usr/local
 DESTDIR ?=
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
@@ -7,7 +12,7 @@ CMAKE_FLAGS ?=
 
 LOGSIFT = $(BUILD_DIR)/logsift
 
-.PHONY: all build demo test deps install package clean
+.PHONY: all build demo test test-sanitize fuzz fuzz-build fuzz-check deps install package clean
 
 all: build
 
@@ -26,6 +31,28 @@ demo: build
 # errors, and runs every test through CTest.
 test: deps build
 	cd $(BUILD_DIR) && ctest --output-on-failure -j $(JOBS)
+	$(MAKE) test-sanitize
+	$(MAKE) fuzz-check
+
+# The whole suite again, built with AddressSanitizer and UBSan.
+test-sanitize: deps
+	cmake -S . -B $(SANITIZE_DIR) -DCMAKE_BUILD_TYPE=Debug -DLOGSIFT_WERROR=ON \
+	    -DLOGSIFT_SANITIZE=ON $(CMAKE_FLAGS)
+	cmake --build $(SANITIZE_DIR) -j $(JOBS)
+	cd $(SANITIZE_DIR) && ctest --output-on-failure -j $(JOBS)
+
+fuzz-build: deps
+	CC=clang CXX=clang++ cmake -S . -B $(FUZZ_DIR) -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+	    -DLOGSIFT_WERROR=ON -DLOGSIFT_SANITIZE=ON -DLOGSIFT_FUZZ=ON -DLOGSIFT_TESTS=OFF
+	cmake --build $(FUZZ_DIR) -j $(JOBS)
+
+# Runs every fuzz target for FUZZ_SECONDS.
+fuzz: fuzz-build
+	bash fuzz/run.sh fuzz $(FUZZ_DIR) $(FUZZ_SECONDS)
+
+# Replays every committed corpus and fuzzes each target briefly.
+fuzz-check: fuzz-build
+	bash fuzz/run.sh check $(FUZZ_DIR) $(CHECK_FUZZ_SECONDS)
 
 deps:
 	@bash tests/install-deps.sh
@@ -38,4 +65,4 @@ package: build
 	cd $(BUILD_DIR) && cpack -G DEB
 
 clean:
-	rm -rf $(BUILD_DIR)
+	rm -rf $(BUILD_DIR) $(SANITIZE_DIR) $(FUZZ_DIR)
