@@ -153,11 +153,8 @@ int RVConfig::ProcessCommandLine(std::ostream& out, int argc, char** argv) {
     }
 
     int index = optind;
-    if (index >= argc) {
-        std::cerr << programName << ": missing FILETYPE argument." << std::endl;
-        TryHelp();
-        return 2;
-    }
+    if (index >= argc)
+        return UsageError("missing FILETYPE argument.");
     const char* word = argv[index];
     if (std::strcmp(word, "rtf") == 0) {
         rebuild = true;
@@ -184,18 +181,19 @@ int RVConfig::ProcessCommandLine(std::ostream& out, int argc, char** argv) {
     return 2;
 }
 
+int RVConfig::UsageError(const std::string& message) {
+    std::cerr << programName << ": " << message << std::endl;
+    TryHelp();
+    return 2;
+}
+
 int RVConfig::parse_FILENAME(int argc, char** argv, int index) {
-    if (index + 1 >= argc) {
-        std::cerr << programName << ": missing FILENAME argument." << std::endl;
-        TryHelp();
-        return 2;
-    }
+    if (index + 1 >= argc)
+        return UsageError("missing FILENAME argument.");
     fileName = argv[index + 1];
     if (index + 2 == argc)
         return 0;
-    std::cerr << programName << ": unexpected argument - " << argv[index + 2] << "." << std::endl;
-    TryHelp();
-    return 2;
+    return UsageError(std::string("unexpected argument - ") + argv[index + 2] + ".");
 }
 
 int RVConfig::parse_rtf(int argc, char** argv, int index) { return parse_FILENAME(argc, argv, index); }
@@ -203,20 +201,15 @@ int RVConfig::parse_rtf(int argc, char** argv, int index) { return parse_FILENAM
 int RVConfig::parse_vbf(int argc, char** argv, int index) { return parse_FILENAME(argc, argv, index); }
 
 int RVConfig::parse_vbfn(int argc, char** argv, int index) {
-    if (index + 1 >= argc) {
-        std::cerr << programName << ": missing POOLNAME argument." << std::endl;
-        TryHelp();
-        return 2;
-    }
+    if (index + 1 >= argc)
+        return UsageError("missing POOLNAME argument.");
     poolName = argv[index + 1];
     // An optional server name may follow; the usage text does not mention it.
     if (index + 2 < argc)
         serverName = argv[index + 2];
     if (index + 3 >= argc)
         return 0;
-    std::cerr << programName << ": unexpected argument - " << argv[index + 3] << "." << std::endl;
-    TryHelp();
-    return 2;
+    return UsageError(std::string("unexpected argument - ") + argv[index + 3] + ".");
 }
 
 std::ostream& operator<<(std::ostream& os, const RVConfig& cfg) {

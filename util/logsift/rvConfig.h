@@ -37,6 +37,8 @@ public:
 
 private:
     void TryHelp();
+    // Prints "program: message" and the try-help line; returns 2.
+    int UsageError(const std::string& message);
 };
 
 std::ostream& operator<<(std::ostream& os, const RVConfig& cfg);

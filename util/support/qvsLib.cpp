@@ -179,44 +179,39 @@ unsigned locateValue(const char* text, const char* key, const char*& start, cons
 
 } // namespace
 
-unsigned LBP_GetValue(const char* text, const char* key, unsigned int* value) {
+namespace {
+
+// The numeric forms: convert from the value's start, stopping at the first
+// character that cannot belong to the number.
+template <typename T, typename Convert>
+unsigned GetNumber(const char* text, const char* key, T* value, Convert convert) {
     const char *start, *close;
     unsigned status = locateValue(text, key, start, close);
     if (status == 0)
-        *value = static_cast<unsigned int>(std::strtoul(start, nullptr, 0));
+        *value = static_cast<T>(convert(start));
     return status;
+}
+
+} // namespace
+
+unsigned LBP_GetValue(const char* text, const char* key, unsigned int* value) {
+    return GetNumber(text, key, value, [](const char* s) { return std::strtoul(s, nullptr, 0); });
 }
 
 unsigned LBP_GetValue(const char* text, const char* key, int* value) {
-    const char *start, *close;
-    unsigned status = locateValue(text, key, start, close);
-    if (status == 0)
-        *value = static_cast<int>(std::strtol(start, nullptr, 0));
-    return status;
+    return GetNumber(text, key, value, [](const char* s) { return std::strtol(s, nullptr, 0); });
 }
 
 unsigned LBP_GetValue(const char* text, const char* key, unsigned long* value) {
-    const char *start, *close;
-    unsigned status = locateValue(text, key, start, close);
-    if (status == 0)
-        *value = std::strtoul(start, nullptr, 0);
-    return status;
+    return GetNumber(text, key, value, [](const char* s) { return std::strtoul(s, nullptr, 0); });
 }
 
 unsigned LBP_GetValue(const char* text, const char* key, long* value) {
-    const char *start, *close;
-    unsigned status = locateValue(text, key, start, close);
-    if (status == 0)
-        *value = std::strtol(start, nullptr, 0);
-    return status;
+    return GetNumber(text, key, value, [](const char* s) { return std::strtol(s, nullptr, 0); });
 }
 
 unsigned LBP_GetValue(const char* text, const char* key, unsigned long long* value) {
-    const char *start, *close;
-    unsigned status = locateValue(text, key, start, close);
-    if (status == 0)
-        *value = std::strtoull(start, nullptr, 0);
-    return status;
+    return GetNumber(text, key, value, [](const char* s) { return std::strtoull(s, nullptr, 0); });
 }
 
 unsigned LBP_GetValue(const char* text, const char* key, bool* value) {
