@@ -1,24 +1,148 @@
-// verifyFile.h - reader of verify reports (placeholder until the reader lands).
+// verifyFile.h - reader of verify reports: opens the file, walks its tagged
+// sections, keeps the fixed records and lists, and prints each section as it
+// is read.
 #ifndef UTIL_COMMON_CPP_VERIFYFILE_H
 #define UTIL_COMMON_CPP_VERIFYFILE_H
 
+#include "util/common_cpp/verifyFileOutput.h"
+#include "util/common_cpp/verifyFileRecords.h"
+
+#include <cstdint>
+#include <cstdio>
 #include <ostream>
 #include <string>
+#include <vector>
+
+class VerifyFile;
+
+// A list section's records: the count and the owned array, in file order.
+template <typename Record> class VerifyRecordList {
+public:
+    VerifyRecordList() : count(0) {}
+    ~VerifyRecordList() = default;
+
+    uint32_t count;
+    std::vector<Record> records; // empty when count is 0
+};
+
+class ActionStats : public VerifyRecordList<RAV_Action_s> {
+public:
+    unsigned Read(VerifyFile& file, unsigned payloadLength, std::ostream& out);
+};
+
+class ConflictBlocksStats : public VerifyRecordList<BlockConflicts_s> {
+public:
+    unsigned Read(VerifyFile& file, unsigned payloadLength, std::ostream& out);
+};
+
+class LVSkippedStats : public VerifyRecordList<LVSkipped_s> {
+public:
+    unsigned Read(VerifyFile& file, unsigned payloadLength, std::ostream& out);
+};
+
+std::ostream& operator<<(std::ostream& os, ActionStats const& list);
+std::ostream& operator<<(std::ostream& os, ConflictBlocksStats const& list);
+std::ostream& operator<<(std::ostream& os, LVSkippedStats const& list);
+std::ostream& fileOut(std::ostream& os, ActionStats const& list);
+std::ostream& fileOut(std::ostream& os, ConflictBlocksStats const& list);
+std::ostream& fileOut(std::ostream& os, LVSkippedStats const& list);
 
 class VerifyFile {
 public:
+    // The view driver copies the command-line switches into these three.
     bool displayActions;
     bool displayHistograms;
     bool displayObjectDetails;
 
+    // Sections met so far, per fixed type.
+    uint32_t headerSections;
+    uint32_t overallSections;
+    uint32_t poolSections;
+    uint32_t volumeSections;
+    uint32_t actionSections;
+    uint32_t conflictBlocksSections;
+    uint32_t lvSkippedSections;
+
+    uint32_t storedCrc; // first four bytes of the file
+    unsigned char headerPayload[VerifyFormat::HEADER_PAYLOAD_SIZE];
+    ZVP_Status_s status;
+    ZVP_PoolStats_s poolStats;
+    LVSkippedStats lvSkipped;
+    ActionStats actions;
+    ConflictBlocksStats conflicts;
+    std::vector<ZVP_LVStats_s> volumes; // one per Volume section, in file order
+
+    VerifyFileSection headerSectionHeader;
+    VerifyFileSection overallSectionHeader;
+    VerifyFileSection poolSectionHeader;
+    std::vector<VerifyFileSection> volumeSectionHeaders; // parallel to volumes
+    VerifyFileSection actionSectionHeader;
+    VerifyFileSection conflictBlocksSectionHeader;
+    VerifyFileSection lvSkippedSectionHeader;
+
+    FILE* file; // owned; null when closed
+    std::string destinationName;
+    std::string poolName;
+    bool is64;
+    int64_t timeStamp;
+    std::string path;
+    uint32_t debugMask;
+    std::ostream& out; // not owned
+
     VerifyFile(const std::string& fileName, std::ostream& out, unsigned debugMask);
+    // Live statistics of a pool: prefix + poolName + "VerifyStatistics.vbf".
     VerifyFile(const std::string& poolName, const std::string* serverName, long time,
                std::ostream& out, unsigned debugMask);
+    // Live statistics of a pool: prefix + poolName + "/QMFS[64]/VerifyStatistics.vbf".
     VerifyFile(const std::string& poolName, const std::string* serverName, long time,
                std::ostream& out, bool is64, unsigned debugMask);
     ~VerifyFile();
 
+    VerifyFile(const VerifyFile&) = delete;
+    VerifyFile& operator=(const VerifyFile&) = delete;
+
+    // Reading the sections.
     unsigned ReadAndValidateSectionAll();
+    unsigned ReadAndValidateSection();
+    unsigned ReadSection(void* buf, int size);
+    unsigned Read(void* buf, unsigned long size, unsigned long* got);
+    unsigned Skip(unsigned int bytes);
+    unsigned SectionSkip(VerifyFileSection* header);
+
+    // Section handlers.
+    unsigned ReadAndValidateHeader(VerifyFileSection* header);
+    unsigned ReadAndValidateOverall(VerifyFileSection* header);
+    unsigned ReadAndValidatePool(VerifyFileSection* header);
+    unsigned ReadAndValidateVolume(VerifyFileSection* header);
+    unsigned ReadAndValidateAction(VerifyFileSection* header);
+    unsigned ReadAndValidateConflictBlocks(VerifyFileSection* header);
+    unsigned ReadAndValidateLVSSkipped(VerifyFileSection* header);
+    unsigned ReadAndValidateMessageRecord(VerifyFileSection* header);
+    unsigned ReadAndValidateDebugRecord(VerifyFileSection* header);
+
+    // Copies the rest of the report to `destination`, checking the CRC; throws
+    // std::runtime_error on any failure.
+    void CopyFile(const std::string& destination);
+
+    // Pool and volume printers.
+    void displayZVP_PoolStats_s(std::ostream& os, ZVP_PoolStats_s const& pool);
+    void displayZVP_LVStats_s(std::ostream& os, ZVP_LVStats_s const& volume);
+    void fileVolumeOut(std::ostream& os, BTStats_s const& bt, NTStats_s const& nt,
+                       VDBStats_s const& vdb, UBTStats_s const& ubt, DBTStats_s const& dbt,
+                       MFLStats_s const& mfl, EFLStats_s const& efl, PLStats_s const& pl,
+                       BTIStats_s const& bti);
+    void displayCommonBlockStats_s(std::ostream& os, CommonBlockStats_s const& stats);
+
+    // Bytes left between the read position and the end of a regular file, or
+    // -1 when the size is unknown (a pipe). Bounds what a list may allocate.
+    long long RemainingBytes() const;
+    // What a ReadSection that ran into the end of the file prints and returns.
+    unsigned ShortReadAtEnd();
+
+private:
+    void ConstructorOpen();
+    void InitialiseFields(unsigned mask, long time);
+    template <typename Record> unsigned ReadVariableList(char const* title);
 };
 
 #endif
