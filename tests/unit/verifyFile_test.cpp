@@ -1,0 +1,568 @@
+// verifyFile_test.cpp - the verify report reader: opening, the pool paths,
+// section walking, kept records and headers, list reading limits, the copy
+// with its CRC check, and a field-by-field check of the record layouts
+// against the fixture builder's own tables.
+#include "util/common_cpp/verifyFile.h"
+
+#include <gtest/gtest.h>
+
+#include <dirent.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <functional>
+#include <memory>
+#include <set>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <type_traits>
+#include <vector>
+
+namespace {
+
+class TempDir {
+public:
+    TempDir() {
+        char name[] = "/tmp/verifyFileXXXXXX";
+        EXPECT_NE(mkdtemp(name), nullptr);
+        path_ = name;
+    }
+    ~TempDir() { EXPECT_EQ(std::system(("rm -rf '" + path_ + "'").c_str()), 0); }
+    const std::string& path() const { return path_; }
+    std::string file(const std::string& name) const { return path_ + "/" + name; }
+
+private:
+    std::string path_;
+};
+
+std::string readAll(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+void writeAll(const std::string& path, const std::string& data) {
+    std::ofstream out(path, std::ios::binary);
+    out << data;
+}
+
+// Builds a report from a description with the fixture builder.
+std::string buildReport(const TempDir& dir, const std::string& name, const std::string& desc) {
+    const std::string descPath = dir.file(name + ".vbfdesc");
+    const std::string out = dir.file(name);
+    writeAll(descPath, desc);
+    const std::string command = std::string("python3 '") + LOGSIFT_SOURCE_DIR +
+                                "/tests/tools/vbfgen/vbfgen.py' '" + descPath + "' -o '" + out + "'";
+    EXPECT_EQ(std::system(command.c_str()), 0) << desc;
+    std::remove(descPath.c_str());
+    return out;
+}
+
+const char FINISHED_OVERALL[] = "section overall\n"
+                                "  statusValid = 1\n"
+                                "  finalStatusValid = 1\n";
+
+std::string openFailure(std::function<void()> construct) {
+    try {
+        construct();
+    } catch (const std::runtime_error& e) {
+        return e.what();
+    }
+    return "(no exception)";
+}
+
+std::string directoryListing(const std::string& path) {
+    std::set<std::string> names;
+    if (DIR* d = opendir(path.c_str())) {
+        while (dirent* e = readdir(d))
+            names.insert(e->d_name);
+        closedir(d);
+    }
+    std::string all;
+    for (const auto& n : names)
+        all += n + "\n";
+    return all;
+}
+
+} // namespace
+
+// ---------------------------------------------------------------- opening
+
+TEST(VerifyOpen, MissingFileWithoutTheOpenBit) {
+    std::ostringstream out;
+    EXPECT_EQ(openFailure([&] { VerifyFile vf("/nonexistent/report.vbf", out, 1); }),
+              "Could not open verify statistics file");
+    EXPECT_EQ(out.str(), "");
+}
+
+TEST(VerifyOpen, MissingFileWithTheOpenBit) {
+    std::ostringstream out;
+    EXPECT_EQ(openFailure([&] { VerifyFile vf("/nonexistent/report.vbf", out, 4); }),
+              "Could not open verify statistics file");
+    EXPECT_EQ(out.str(), "\nCould not open /nonexistent/report.vbf: No such file or directory\n");
+    // A zero mask means the default 6, which has the bit.
+    std::ostringstream byDefault;
+    openFailure([&] { VerifyFile vf("/nonexistent/report.vbf", byDefault, 0); });
+    EXPECT_EQ(byDefault.str(), out.str());
+}
+
+TEST(VerifyOpen, EmptyAndShortFiles) {
+    TempDir dir;
+    for (size_t size = 0; size < 4; ++size) {
+        const std::string path = dir.file("short" + std::to_string(size));
+        writeAll(path, std::string(size, 'x'));
+        std::ostringstream out;
+        EXPECT_EQ(openFailure([&] { VerifyFile vf(path, out, 4); }),
+                  "No QMFS Verify results present - run verify first");
+        EXPECT_EQ(out.str(), "\nNo QMFS Verify Statistics available from " + path + ".\n");
+        std::ostringstream quiet;
+        openFailure([&] { VerifyFile vf(path, quiet, 0x40000000); });
+        EXPECT_EQ(quiet.str(), "");
+    }
+}
+
+TEST(VerifyOpen, UnreadableCrcHasNoLineEnd) {
+    TempDir dir;
+    std::ostringstream out;
+    EXPECT_EQ(openFailure([&] { VerifyFile vf(dir.path(), out, 4); }),
+              "Could not read CRC from verify statistics file");
+    EXPECT_EQ(out.str(), "\nCould not read CRC from " + dir.path() + ": Is a directory");
+}
+
+TEST(VerifyOpen, PoolPaths) {
+    const std::string pool = "P";
+    const std::string server = "S";
+    const std::string none;
+    std::ostringstream out;
+    openFailure([&] { VerifyFile vf(pool, nullptr, 0, out, 4); });
+    EXPECT_EQ(out.str(), "\nCould not open /_admin/Manage_QVS/Pool/PVerifyStatistics.vbf: "
+                         "No such file or directory\n");
+    out.str("");
+    openFailure([&] { VerifyFile vf(pool, &none, 0, out, 4); });
+    EXPECT_EQ(out.str(), "\nCould not open /_admin/Manage_QVS/Pool/PVerifyStatistics.vbf: "
+                         "No such file or directory\n");
+    out.str("");
+    openFailure([&] { VerifyFile vf(pool, &server, 0, out, true, 4); });
+    EXPECT_EQ(out.str(), "\nCould not open //S/_admin/Manage_QVS/Pool/P/QMFS64/VerifyStatistics.vbf: "
+                         "No such file or directory\n");
+    out.str("");
+    openFailure([&] { VerifyFile vf(pool, nullptr, 0, out, false, 4); });
+    EXPECT_EQ(out.str(), "\nCould not open /_admin/Manage_QVS/Pool/P/QMFS/VerifyStatistics.vbf: "
+                         "No such file or directory\n");
+}
+
+TEST(VerifyOpen, FieldsAfterConstruction) {
+    TempDir dir;
+    const std::string path = buildReport(dir, "r.vbf", "file.crc = 0x11223344\n");
+    std::ostringstream out;
+    VerifyFile vf(path, out, 0);
+    EXPECT_TRUE(vf.displayActions);
+    EXPECT_TRUE(vf.displayHistograms);
+    EXPECT_TRUE(vf.displayObjectDetails);
+    EXPECT_EQ(vf.headerSections + vf.overallSections + vf.poolSections + vf.volumeSections +
+                  vf.actionSections + vf.conflictBlocksSections + vf.lvSkippedSections,
+              0u);
+    EXPECT_EQ(vf.storedCrc, 0x11223344u);
+    EXPECT_EQ(vf.poolName, "None");
+    EXPECT_EQ(vf.path, path);
+    EXPECT_EQ(vf.debugMask, 6u);
+    EXPECT_FALSE(vf.is64);
+    EXPECT_NE(vf.file, nullptr);
+    EXPECT_NE(vf.timeStamp, 0);
+    EXPECT_EQ(out.str(), "");
+    // A file of the CRC alone has no sections.
+    EXPECT_EQ(vf.ReadAndValidateSectionAll(), 0u);
+    EXPECT_EQ(out.str(), "No data in the statictics file.  Ensure that verify has been run "
+                         "since the last boot.\n");
+}
+
+// ---------------------------------------------------------------- reading
+
+TEST(VerifyRead, VolumesAndHeadersKeptInFileOrder) {
+    TempDir dir;
+    const std::string path = buildReport(
+        dir, "r.vbf",
+        std::string("section header\n"
+                    "  header.reserved8 = hex:0102030405060708090a0b0c\n"
+                    "  header.reserved32 = \"kept bytes\"\n"
+                    "  payload = hex:aabb\n"
+                    "  payload.append = hex:" + std::string(156, '0') + "\n") +
+            FINISHED_OVERALL +
+            "section volume\n  volumeName = \"VOL1\"\n  header@40 = hex:01\n"
+            "section volume\n  volumeName = \"VOL2\"\n  header@40 = hex:02\n"
+            "section volume\n  volumeName = \"VOL3\"\n  header@40 = hex:03\n");
+    std::ostringstream out;
+    VerifyFile vf(path, out, 0);
+    vf.displayObjectDetails = false;
+    EXPECT_EQ(vf.ReadAndValidateSectionAll(), 0u);
+    ASSERT_EQ(vf.volumes.size(), 3u);
+    ASSERT_EQ(vf.volumeSectionHeaders.size(), 3u);
+    EXPECT_EQ(vf.volumeSections, 3u);
+    for (unsigned i = 0; i < 3; ++i) {
+        EXPECT_EQ(UnicodeString(vf.volumes[i].volumeName, 256).utf8(), "VOL" + std::to_string(i + 1));
+        EXPECT_EQ(vf.volumeSectionHeaders[i].reserved32[8], i + 1);
+        EXPECT_EQ(vf.volumeSectionHeaders[i].size, 6268u);
+    }
+    const unsigned char reserved8[] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12};
+    EXPECT_EQ(std::memcmp(vf.headerSectionHeader.reserved8, reserved8, 12), 0);
+    EXPECT_EQ(std::memcmp(vf.headerSectionHeader.reserved32, "kept bytes", 10), 0);
+    EXPECT_EQ(std::memcmp(vf.headerSectionHeader.type, "QMfSVerH", 8), 0);
+    EXPECT_EQ(vf.headerPayload[0], 0xaa);
+    EXPECT_EQ(vf.headerPayload[1], 0xbb);
+    EXPECT_EQ(std::memcmp(vf.overallSectionHeader.type, "QMfSVerO", 8), 0);
+    const std::string text = out.str();
+    EXPECT_LT(text.find("LV: VOL1"), text.find("LV: VOL2"));
+    EXPECT_LT(text.find("LV: VOL2"), text.find("LV: VOL3"));
+}
+
+TEST(VerifyRead, OddOffsetFieldsOfThePool) {
+    TempDir dir;
+    const std::string path = buildReport(dir, "r.vbf",
+                                         std::string(FINISHED_OVERALL) +
+                                             "section pool\n"
+                                             "  errors = 0x0102030405060708\n"
+                                             "  warnings = 0x1112131415161718\n"
+                                             "  poolName = \"P\\u00e9\"\n");
+    std::ostringstream out;
+    VerifyFile vf(path, out, 0);
+    EXPECT_EQ(vf.ReadAndValidateSectionAll(), 0u);
+    EXPECT_EQ(vf.poolStats.errors, 0x0102030405060708ull);
+    EXPECT_EQ(vf.poolStats.warnings, 0x1112131415161718ull);
+    EXPECT_NE(out.str().find("Pool: P\xc3\xa9\n"), std::string::npos);
+}
+
+TEST(VerifyRead, ActionListSizes) {
+    TempDir dir;
+    const std::string good = buildReport(dir, "good.vbf",
+                                         std::string(FINISHED_OVERALL) +
+                                             "section action\n"
+                                             "  header.size = 424\n" // 96 + 4 + 2 * 162
+                                             "  record\n    key = 5\n    action = \"A\"\n"
+                                             "  record\n    key = 6\n    action = \"B\"\n");
+    std::ostringstream out;
+    VerifyFile vf(good, out, 0);
+    vf.displayActions = false;
+    EXPECT_EQ(vf.ReadAndValidateSectionAll(), 0u);
+    ASSERT_EQ(vf.actions.count, 2u);
+    EXPECT_EQ(vf.actions.records[1].key, 6u);
+    EXPECT_EQ(vf.actions.records[0].action[0], 'A');
+    EXPECT_EQ(out.str().find("Action list"), std::string::npos);
+
+    const std::string bad = buildReport(dir, "bad.vbf",
+                                        std::string(FINISHED_OVERALL) +
+                                            "section action\n"
+                                            "  header.size = 423\n"
+                                            "  record\n  record\n");
+    std::ostringstream badOut;
+    VerifyFile badFile(bad, badOut, 0);
+    EXPECT_EQ(badFile.ReadAndValidateSectionAll(), 21756u);
+    EXPECT_NE(badOut.str().find("util/common_cpp/verifyFile[3234]  328  327\n"
+                                "util/common_cpp/verifyFile[1490]\n"),
+              std::string::npos);
+}
+
+// A count that claims more records than the file holds fails as a short read
+// without asking for the memory the count would need.
+TEST(VerifyRead, HugeCountsFailWithoutAllocating) {
+    struct Case {
+        const char* kind;
+        const char* count;
+        const char* lines;
+    } cases[] = {
+        {"action", "0x80000000", "[1779]\nutil/common_cpp/verifyFile[3257]\nutil/common_cpp/verifyFile[1490]\n"},
+        {"conflicts", "0x20000000", "[1779]\nutil/common_cpp/verifyFile[3195]\nutil/common_cpp/verifyFile[1520]\n"},
+        {"skipped", "0x40000000", "[1779]\nutil/common_cpp/verifyFile[3334]\nutil/common_cpp/verifyFile[1440]\n"},
+    };
+    TempDir dir;
+    for (const Case& c : cases) {
+        // count * size wraps to 0, so the size check passes with no records.
+        const std::string path = buildReport(
+            dir, std::string(c.kind) + ".vbf",
+            std::string(FINISHED_OVERALL) + "section " + c.kind + "\n  count = " + c.count +
+                "\n  header.size = 100\n  payload.append = hex:" + std::string(200, 'e') + "\n");
+        std::ostringstream out;
+        VerifyFile vf(path, out, 0);
+        EXPECT_EQ(vf.ReadAndValidateSectionAll(), 20100u) << c.kind;
+        EXPECT_NE(out.str().find(std::string("util/common_cpp/verifyFile") + c.lines),
+                  std::string::npos)
+            << out.str();
+    }
+}
+
+TEST(VerifyRead, ListsAndSkipsThroughAPipe) {
+    TempDir dir;
+    const std::string source = buildReport(
+        dir, "r.vbf",
+        std::string(FINISHED_OVERALL) +
+            "section message\n  payload = hex:00112233\n"
+            "section conflicts\n  record\n    block = 16\n  record\n    block = 17\n"
+            "section conflicts\n  count = 0x20000000\n  header.size = 100\n");
+    const std::string fifo = dir.file("pipe");
+    ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+    const std::string bytes = readAll(source);
+    std::thread writer([&] {
+        std::ofstream pipe(fifo, std::ios::binary);
+        pipe << bytes;
+    });
+    std::ostringstream out;
+    {
+        VerifyFile vf(fifo, out, 0);
+        EXPECT_EQ(vf.RemainingBytes(), -1);
+        EXPECT_EQ(vf.ReadAndValidateSectionAll(), 0u);
+        EXPECT_EQ(vf.conflicts.count, 2u);
+        EXPECT_EQ(vf.conflicts.records[1].block, 17u);
+    }
+    writer.join();
+    EXPECT_NE(out.str().find(" Message record section will be skipped.\n"), std::string::npos);
+    EXPECT_NE(out.str().find(" Extra ConflictBlocks section will be skipped.\n"), std::string::npos);
+}
+
+TEST(VerifyRead, NothingWrittenToOrNextToTheReport) {
+    TempDir dir;
+    const std::string path =
+        buildReport(dir, "r.vbf", std::string(FINISHED_OVERALL) + "section pool\nsection volume\n");
+    const std::string before = readAll(path);
+    const std::string listing = directoryListing(dir.path());
+    struct stat info;
+    ASSERT_EQ(stat(path.c_str(), &info), 0);
+    {
+        std::ostringstream out;
+        VerifyFile vf(path, out, 0);
+        EXPECT_EQ(vf.ReadAndValidateSectionAll(), 0u);
+    }
+    struct stat after;
+    ASSERT_EQ(stat(path.c_str(), &after), 0);
+    EXPECT_EQ(readAll(path), before);
+    EXPECT_EQ(directoryListing(dir.path()), listing);
+    EXPECT_EQ(after.st_mtime, info.st_mtime);
+}
+
+// ---------------------------------------------------------------- copy
+
+TEST(VerifyCopy, CopiesTheWholeReportWhenTheCrcIsRight) {
+    TempDir dir;
+    const std::string path = buildReport(dir, "r.vbf",
+                                         std::string(FINISHED_OVERALL) +
+                                             "section pool\n  errors = 3\nsection volume\n");
+    std::ostringstream out;
+    VerifyFile vf(path, out, 0);
+    const std::string destination = dir.file("copy.vbf");
+    vf.CopyFile(destination);
+    EXPECT_EQ(out.str(), "  Destination file: " + destination + "\n");
+    EXPECT_EQ(readAll(destination), readAll(path));
+    EXPECT_EQ(vf.destinationName, destination);
+}
+
+TEST(VerifyCopy, WrongCrcThrows) {
+    TempDir dir;
+    const std::string path = buildReport(dir, "r.vbf", "file.crc = 5\nsection header\n");
+    std::ostringstream out;
+    VerifyFile vf(path, out, 0);
+    EXPECT_EQ(openFailure([&] { vf.CopyFile(dir.file("copy.vbf")); }), "CRC is incorrect");
+    const std::string text = out.str();
+    const std::string prefix = "util/common_cpp/verifyFile[1941] CRC is not correct.  Expected 5 but calculated ";
+    ASSERT_NE(text.find(prefix), std::string::npos) << text;
+    EXPECT_EQ(text.back(), '\n');
+    EXPECT_EQ(text.substr(text.size() - 2), ".\n");
+}
+
+TEST(VerifyCopy, UncreatableDestination) {
+    TempDir dir;
+    const std::string path = buildReport(dir, "r.vbf", "section header\n");
+    std::ostringstream out;
+    VerifyFile vf(path, out, 0);
+    const std::string destination = dir.file("missing/copy.vbf");
+    EXPECT_EQ(openFailure([&] { vf.CopyFile(destination); }), "Could not create destination file");
+    EXPECT_EQ(out.str(), "  Destination file: " + destination + "\n" +
+                             "util/common_cpp/verifyFile[1895] Could not create \"" + destination +
+                             "\" because of \"No such file or directory\"\n");
+}
+
+// ---------------------------------------------------------------- layouts
+
+namespace {
+
+// Distinct value per field name, cut to the field's width (31 bits for i32).
+uint64_t valueFor(const std::string& name, size_t width, bool isSigned) {
+    uint64_t h = 1469598103934665603ull;
+    for (unsigned char c : name)
+        h = (h ^ c) * 1099511628211ull;
+    if (isSigned)
+        return h & 0x7fffffffull;
+    return width == 8 ? h : h & ((uint64_t{1} << (8 * width)) - 1);
+}
+
+template <typename R> struct FieldCheck {
+    const char* name;
+    size_t width;
+    bool isSigned;
+    std::function<uint64_t(const R&)> get;
+};
+
+#define VF_FIELD(R, path)                                                                      \
+    FieldCheck<R> {                                                                            \
+        #path, sizeof(static_cast<R*>(nullptr)->path),                                          \
+            std::is_signed<decltype(static_cast<R*>(nullptr)->path)>::value,                    \
+            [](const R& r) { return static_cast<uint64_t>(r.path); }                            \
+    }
+
+#define VF_CBS_FIELDS(R, cbs)                                                                  \
+    VF_FIELD(R, cbs.reserved0), VF_FIELD(R, cbs.blockCount), VF_FIELD(R, cbs.blockCountPass2),  \
+        VF_FIELD(R, cbs.badBlockValue), VF_FIELD(R, cbs.badBlockValuePass2),                    \
+        VF_FIELD(R, cbs.crossLinkedBlocks), VF_FIELD(R, cbs.incorrectMagic),                    \
+        VF_FIELD(R, cbs.incorrectRecordCount), VF_FIELD(R, cbs.incorrectChecksum),              \
+        VF_FIELD(R, cbs.readErrors), VF_FIELD(R, cbs.miscellaneousErrors),                      \
+        VF_FIELD(R, cbs.invalidBlocks), VF_FIELD(R, cbs.reserved128),                           \
+        VF_FIELD(R, cbs.invalidNextLeaf), VF_FIELD(R, cbs.levelCurrent),                        \
+        VF_FIELD(R, cbs.levelMaximum), VF_FIELD(R, cbs.levelLimit),                             \
+        VF_FIELD(R, cbs.levels[0].blocks), VF_FIELD(R, cbs.levels[7].records),                  \
+        VF_FIELD(R, cbs.levels[20].objects), VF_FIELD(R, cbs.branches.blocks),                  \
+        VF_FIELD(R, cbs.branches.records), VF_FIELD(R, cbs.leaves.objects)
+
+#define VF_TREE_FIELDS(R)                                                                      \
+    VF_CBS_FIELDS(R, vdb.blocks), VF_FIELD(R, vdb.blockQuota), VF_FIELD(R, vdb.blocksInUse),    \
+        VF_FIELD(R, vdb.numberOfFiles), VF_FIELD(R, vdb.numberOfObjects),                       \
+        VF_FIELD(R, vdb.nextAvailableId), VF_FIELD(R, vdb.purgeableBlocks),                     \
+        VF_FIELD(R, vdb.reserved496), VF_FIELD(R, vdb.encryptionAlgorithm),                     \
+        VF_FIELD(R, bt.reserved0), VF_CBS_FIELDS(R, bt.objectTree),                             \
+        VF_CBS_FIELDS(R, bt.specialTree), VF_CBS_FIELDS(R, bt.dataBlocks),                      \
+        VF_FIELD(R, bt.reserved1304), VF_FIELD(R, bt.salvageableObjects),                       \
+        VF_FIELD(R, bt.salvageableBlocks), VF_FIELD(R, bt.dataStreamObjects),                   \
+        VF_FIELD(R, bt.systemObjects), VF_FIELD(R, bt.fileObjects),                             \
+        VF_FIELD(R, bt.directoryObjects), VF_FIELD(R, bt.orphanedObjects),                      \
+        VF_FIELD(R, bt.missingParentsInNT), VF_FIELD(R, bt.reserved1376),                       \
+        VF_FIELD(R, bt.lostDataBlocks), VF_FIELD(R, bt.filesWithLostData),                      \
+        VF_FIELD(R, bt.missingNameEntries), VF_FIELD(R, bt.missingSalvageEntries),              \
+        VF_FIELD(R, bt.namedObjects), VF_FIELD(R, bt.extraNameEntries),                         \
+        VF_FIELD(R, bt.objectsRequiringNoNames), VF_FIELD(R, bt.sysObjectsNameEntries),         \
+        VF_FIELD(R, bt.unreadableObjects), VF_FIELD(R, bt.greatestObjectId),                    \
+        VF_FIELD(R, bt.duplicateIdsA), VF_FIELD(R, bt.duplicateIdsB),                           \
+        VF_FIELD(R, bt.reserved1480), VF_FIELD(R, bt.idRangeErrorsA),                           \
+        VF_FIELD(R, bt.idRangeErrorsB), VF_FIELD(R, bt.reserved1504),                           \
+        VF_FIELD(R, bt.btiEntries), VF_FIELD(R, bt.missingBtiEntries),                          \
+        VF_FIELD(R, nt.reserved0), VF_CBS_FIELDS(R, nt.nameTree), VF_FIELD(R, nt.fileNames),    \
+        VF_FIELD(R, nt.directoryNames), VF_FIELD(R, nt.overflowNodesA),                         \
+        VF_FIELD(R, nt.overflowNodesB), VF_FIELD(R, nt.objectsWithDuplicateNames),              \
+        VF_FIELD(R, nt.totalDuplicateNames), VF_FIELD(R, nt.nameEntriesWithoutObjects),         \
+        VF_FIELD(R, nt.reserved496), VF_CBS_FIELDS(R, ubt.blocks),                              \
+        VF_CBS_FIELDS(R, dbt.blocks), VF_CBS_FIELDS(R, mfl.blocks), VF_FIELD(R, mfl.reserved432), \
+        VF_CBS_FIELDS(R, efl.blocks), VF_CBS_FIELDS(R, efl.blocks2), VF_CBS_FIELDS(R, pl.blocks), \
+        VF_CBS_FIELDS(R, bti.blocks), VF_FIELD(R, bti.invalidBtiEntries)
+
+template <typename R>
+std::string describe(const char* kind, const std::vector<FieldCheck<R>>& fields) {
+    std::string desc = std::string("section ") + kind + "\n";
+    for (const auto& f : fields)
+        desc += std::string("  ") + f.name + " = " +
+                std::to_string(valueFor(f.name, f.width, f.isSigned)) + "\n";
+    return desc;
+}
+
+template <typename R> void expectFields(const R& record, const std::vector<FieldCheck<R>>& fields) {
+    for (const auto& f : fields)
+        EXPECT_EQ(f.get(record), valueFor(f.name, f.width, f.isSigned)) << f.name;
+}
+
+} // namespace
+
+TEST(VerifyLayout, EveryFieldOfTheFixedRecords) {
+    using S = ZVP_Status_s;
+    using V = ZVP_LVStats_s;
+    using P = ZVP_PoolStats_s;
+    const std::vector<FieldCheck<S>> status = {
+        VF_FIELD(S, statusValid),       VF_FIELD(S, blockSize),        VF_FIELD(S, totalBlocks),
+        VF_FIELD(S, userKey),           VF_FIELD(S, unaccountedBlocks), VF_FIELD(S, crossLinkedBlocks),
+        VF_FIELD(S, invalidBlocks),     VF_FIELD(S, verifyStartTime),  VF_FIELD(S, blocksVerified),
+        VF_FIELD(S, blocksReverified),  VF_FIELD(S, finalStatusValid), VF_FIELD(S, completionCode),
+        VF_FIELD(S, abortedByUser),     VF_FIELD(S, verifyEndTime)};
+    const std::vector<FieldCheck<V>> volume = {
+        VF_FIELD(V, errors), VF_FIELD(V, warnings), VF_FIELD(V, deleted), VF_FIELD(V, purging),
+        VF_FIELD(V, deletionTime), VF_FIELD(V, locator), VF_TREE_FIELDS(V)};
+    const std::vector<FieldCheck<P>> pool = {
+        VF_FIELD(P, errors), VF_FIELD(P, warnings), VF_FIELD(P, totalBlocks),
+        VF_FIELD(P, usedByPool), VF_FIELD(P, unaccountedBlocks), VF_FIELD(P, crossLinkedBlocks),
+        VF_FIELD(P, salvageableObjects), VF_FIELD(P, salvageableBlocks),
+        VF_FIELD(P, reserved1078), VF_FIELD(P, crossValidation), VF_FIELD(P, lvsNotVerified),
+        VF_FIELD(P, highestLsn), VF_FIELD(P, lowestLsn), VF_CBS_FIELDS(P, poolBlocks1),
+        VF_CBS_FIELDS(P, poolBlocks2), VF_CBS_FIELDS(P, poolBlocks3),
+        VF_CBS_FIELDS(P, poolBlocks4), VF_CBS_FIELDS(P, poolBlocks5),
+        VF_FIELD(P, systemTotalBlocks), VF_FIELD(P, systemBlocksInUse),
+        VF_FIELD(P, purgeableBlocks), VF_FIELD(P, nonPurgeableBlocks), VF_FIELD(P, reserved3342),
+        VF_CBS_FIELDS(P, salvageTree), VF_FIELD(P, salvageParentsWithoutIds),
+        VF_FIELD(P, salvageParentsWithoutNames), VF_FIELD(P, salvageEntriesWithoutIds),
+        VF_FIELD(P, salvageEntriesWithoutNames), VF_CBS_FIELDS(P, poolBlocks6),
+        VF_CBS_FIELDS(P, poolBlocks7), VF_CBS_FIELDS(P, freeBlocks), VF_TREE_FIELDS(P)};
+
+    TempDir dir;
+    const std::string path = buildReport(
+        dir, "layout.vbf",
+        describe("overall", status) + "  finalStatusValid = 1\n  completionCode = 0\n" +
+            "  poolName = \"" + std::string(64, 'p') + "\"\n" +
+            "  sourceSetter = \"setter\"\n  sourceCaller = \"caller\"\n" +
+            describe("pool", pool) + "  poolName = \"POOL\"\n" + describe("volume", volume) +
+            "  volumeName = \"VOLUME\"\n  volumeId = 00000001-0002-0003-80-05-060708090a0b\n" +
+            "  bt.objectTree.name = \"tree name\"\n");
+    std::ostringstream out;
+    VerifyFile vf(path, out, 0);
+    vf.displayObjectDetails = false;
+    EXPECT_EQ(vf.ReadAndValidateSectionAll(), 0u);
+    auto overallFields = status;
+    overallFields.erase(overallFields.begin() + 10, overallFields.begin() + 12);
+    expectFields(vf.status, overallFields);
+    EXPECT_EQ(vf.status.finalStatusValid, 1u);
+    EXPECT_EQ(UnicodeString(vf.status.poolName, 64).utf8(), std::string(64, 'p'));
+    EXPECT_STREQ(vf.status.sourceSetter, "setter");
+    EXPECT_STREQ(vf.status.sourceCaller, "caller");
+    expectFields(vf.poolStats, pool);
+    EXPECT_EQ(UnicodeString(vf.poolStats.poolName, 499).utf8(), "POOL");
+    ASSERT_EQ(vf.volumes.size(), 1u);
+    expectFields(vf.volumes[0], volume);
+    EXPECT_EQ(UnicodeString(vf.volumes[0].volumeName, 256).utf8(), "VOLUME");
+    EXPECT_EQ(vf.volumes[0].volumeId.timeLow, 1u);
+    EXPECT_EQ(vf.volumes[0].volumeId.node[5], 0x0b);
+    EXPECT_STREQ(vf.volumes[0].bt.objectTree.name, "tree name");
+}
+
+TEST(VerifyLayout, EveryFieldOfTheListRecords) {
+    using A = RAV_Action_s;
+    using C = BlockConflicts_s;
+    using K = LVSkipped_s;
+    const std::vector<FieldCheck<A>> action = {
+        VF_FIELD(A, key),   VF_FIELD(A, startSeconds), VF_FIELD(A, endSeconds),
+        VF_FIELD(A, start), VF_FIELD(A, end),          VF_FIELD(A, isPool)};
+    const std::vector<FieldCheck<C>> conflict = {VF_FIELD(C, block), VF_FIELD(C, object1),
+                                                 VF_FIELD(C, volume1), VF_FIELD(C, object2),
+                                                 VF_FIELD(C, volume2)};
+    const std::vector<FieldCheck<K>> skipped = {VF_FIELD(K, status)};
+    auto records = [](const auto& fields, const char* kind, const std::string& extra) {
+        std::string desc = describe(kind, fields);
+        desc.insert(desc.find('\n') + 1, "  record\n");
+        return desc + extra;
+    };
+    TempDir dir;
+    const std::string path = buildReport(
+        dir, "lists.vbf",
+        std::string(FINISHED_OVERALL) +
+            records(action, "action",
+                    "  object = \"OBJ\"\n  subObject = \"sub\"\n  action = \"act\"\n") +
+            records(conflict, "conflicts", "") +
+            records(skipped, "skipped", "  volumeName = \"SKIP\"\n  sourceSetter = \"src\"\n"));
+    std::ostringstream out;
+    VerifyFile vf(path, out, 0);
+    EXPECT_EQ(vf.ReadAndValidateSectionAll(), 0u);
+    ASSERT_EQ(vf.actions.count, 1u);
+    expectFields(vf.actions.records[0], action);
+    EXPECT_EQ(UnicodeString(vf.actions.records[0].object, 16).utf8(), "OBJ");
+    EXPECT_STREQ(vf.actions.records[0].subObject, "sub");
+    EXPECT_STREQ(vf.actions.records[0].action, "act");
+    ASSERT_EQ(vf.conflicts.count, 1u);
+    expectFields(vf.conflicts.records[0], conflict);
+    ASSERT_EQ(vf.lvSkipped.count, 1u);
+    expectFields(vf.lvSkipped.records[0], skipped);
+    EXPECT_EQ(UnicodeString(vf.lvSkipped.records[0].volumeName, 256).utf8(), "SKIP");
+    EXPECT_STREQ(vf.lvSkipped.records[0].sourceSetter, "src");
+}
