@@ -1,12 +1,292 @@
-// rebuildFile.cpp - placeholder until the viewer lands.
+// rebuildFile.cpp - viewer of rebuild logs.
 #include "util/common_cpp/rebuildFile.h"
 
-#include <stdexcept>
+#include "util/common_cpp/actionHistory.h"
+#include "util/common_cpp/qvsVFS.h"
+#include "util/support/location.h"
+#include "util/support/qvsError.h"
+#include "util/support/qvsStatus.h"
 
-RebuildFile::RebuildFile(const std::string&, std::ostream&, unsigned int) {
-    throw std::runtime_error("Rebuild log viewer not built yet");
+#include <cerrno>
+#include <cstring>
+#include <iostream>
+#include <new>
+#include <optional>
+#include <stdexcept>
+#include <sys/stat.h>
+
+namespace {
+
+const char REBUILD_LOG_TAG[] = "<rebuildLog>";
+
+// Unnamed objects are looked up under this fixed ZID.
+const unsigned long long UNNAMED_LOOKUP_ZID = 127;
+// Name type of deleted files; when its lookup reports an invalid path the
+// lookup is repeated with name type 0.
+const unsigned DELETED_NAME_TYPE = 3;
+const unsigned RETRY_NAME_TYPE = 0;
+
+// Writes a ZID in hexadecimal with 0x (zero as "0"), keeping the stream's format.
+struct Zid {
+    unsigned long long value;
+};
+
+std::ostream& operator<<(std::ostream& os, Zid zid) {
+    std::ios_base::fmtflags saved = os.flags();
+    os << std::hex << std::showbase << zid.value;
+    os.flags(saved);
+    return os;
 }
-RebuildFile::~RebuildFile() = default;
-unsigned RebuildFile::DisplayTODItems() { return 0; }
-unsigned long RebuildFile::ProcessTODItems(const char*) { return 0; }
-unsigned RebuildFile::DisplayMessageItems() { return 0; }
+
+// The system's error text, or the stream's fail state when there is none.
+void writeErrorText(std::ostream& os, int error) {
+    const char* message = std::strerror(error);
+    if (message)
+        os << message;
+    else
+        os.setstate(std::ios::failbit);
+}
+
+const char VOLUME_NOT_FOUND_TEXT[] = "Volume not found (ID is ";
+const char VOLUME_NOT_FOUND_END[] = ").  Ensure the volume's pool is active.";
+const char VOLUME_INACTIVE_TEXT[] = "Volume must be activated to lookup names.";
+const char LOOKUP_FAILED_TEXT[] = "Lookup name failed: ";
+const char LOOKUP_ERROR_TEXT[] = "Error in attempting name lookup: ";
+
+} // namespace
+
+RebuildFile::RebuildFile(const std::string& name, std::ostream& output, unsigned int options)
+    : fileName(name), file(nullptr), flags(options == 0 ? DEFAULT_FLAGS : options), out(output) {
+    Load();
+}
+
+RebuildFile::~RebuildFile() { CloseFile(); }
+
+void RebuildFile::CloseFile() {
+    if (file) {
+        std::fclose(file);
+        file = nullptr;
+    }
+}
+
+void RebuildFile::ReportMemoryFailure() {
+    if (flags & FLAG_REPORT_LOAD_ERRORS)
+        out << "\nCould not allocated enough memory for input file.  Please split the file at a "
+               "proper tag."
+            << "\n";
+}
+
+void RebuildFile::Load() {
+    file = std::fopen(fileName.c_str(), "rb");
+    if (file == nullptr) {
+        int error = errno;
+        if (flags & FLAG_REPORT_LOAD_ERRORS) {
+            out << "\nCould not open " << fileName << ": ";
+            writeErrorText(out, error);
+            out << "\n";
+        }
+        throw std::runtime_error("Could not open rebuild RXF file");
+    }
+
+    try {
+        // Room for the whole file up front keeps the peak near its size.
+        struct stat info;
+        if (fstat(fileno(file), &info) == 0 && S_ISREG(info.st_mode) && info.st_size > 0)
+            text.reserve(static_cast<std::string::size_type>(info.st_size));
+        char chunk[CHUNK_SIZE];
+        size_t got;
+        while ((got = std::fread(chunk, 1, sizeof(chunk), file)) > 0) {
+            // A zero byte inside a chunk drops the rest of that chunk.
+            const void* zero = std::memchr(chunk, '\0', got);
+            size_t keep = zero ? static_cast<size_t>(static_cast<const char*>(zero) - chunk) : got;
+            text.append(chunk, keep);
+        }
+    } catch (const std::bad_alloc&) {
+        ReportMemoryFailure();
+        CloseFile();
+        throw;
+    }
+
+    if (!std::feof(file)) {
+        int error = errno;
+        std::cerr << LS_LOC("util/common_cpp/rebuildFile", 97) << " Could not read from \""
+                  << fileName << "\" because of \"";
+        writeErrorText(std::cerr, error);
+        std::cerr << "\"\n";
+        CloseFile();
+        throw std::runtime_error("Could not read input file");
+    }
+
+    unsigned status = LocateTagInclusive(text, REBUILD_LOG_TAG, 0, nullptr, nullptr);
+    if (status != 0) {
+        if (flags & FLAG_REPORT_LOAD_ERRORS)
+            out << "\nRequired tag <rebuildLog> not found.  Status is " << status << "."
+                << "\n";
+        CloseFile();
+        throw QVSError("Require tag <rebuildLog> is missing", static_cast<int>(status),
+                       LS_LOC("util/common_cpp/rebuildFile", 138));
+    }
+}
+
+const char* RebuildFile::NameSpaceSeparator(unsigned nameSpace) {
+    switch (nameSpace) {
+    case 0:
+    case 4:
+        return "\\";
+    case 1:
+        return ":";
+    case 2:
+        return "/";
+    case 6:
+        return ":::";
+    case 7:
+        return "::";
+    default:
+        return "??";
+    }
+}
+
+void RebuildFile::WriteItemEnd(const TODItem& item) {
+    out << "   " << item.GetActionName() << " (" << item.GetReasonName() << ")"
+        << "\n";
+}
+
+void RebuildFile::WriteTotals(unsigned long found, unsigned long ignored) {
+    out << "\n"
+        << "Found " << found << " items that were deleted or truncated."
+        << "\n"
+        << "  Ignored " << ignored << " expected items."
+        << "\n";
+}
+
+unsigned RebuildFile::DisplayTODItems() {
+    TODItem item;
+    unsigned long position = 0;
+    unsigned long next = 0;
+    unsigned long found = 0;
+    unsigned long ignored = 0;
+    unsigned status;
+    while ((status = item.FindTODItemTagAll(text, position, next)) == 0) {
+        position = next;
+        ++found;
+        if (item.GetReason() == TODItem::REASON_VISIBILITY_CLEANUP) {
+            ++ignored;
+            continue;
+        }
+        out << "Vol ID " << item.VolumeID();
+        if (item.IsNamed())
+            out << ", name is \"" << item.FileName() << "\"" << " <ZID " << Zid{item.Zid()} << ">"
+                << " <PZID " << Zid{item.PZid()} << ">";
+        else
+            out << ", non-named file, " << " <ZID " << Zid{item.Zid()} << ">";
+        WriteItemEnd(item);
+    }
+    WriteTotals(found, ignored);
+    return status == QVS::zERR_RAV_EOL ? 0 : status;
+}
+
+void RebuildFile::WriteUnnamedLookup(VFSManageCmd& command, const TODItem& item) {
+    std::string volumeName;
+    std::string path;
+    int detail = 0;
+    int code = command.ReverseNameLookup(UNNAMED_LOOKUP_ZID, item.NameType(), item.NameSpace(),
+                                         &item.VolumeID(), volumeName, path, detail);
+    if (code != 0)
+        out << LOOKUP_ERROR_TEXT << code << ".";
+    else if (detail == static_cast<int>(QVS::zERR_VOLUME_NOT_FOUND))
+        out << VOLUME_NOT_FOUND_TEXT << item.VolumeID() << VOLUME_NOT_FOUND_END;
+    else if (detail == static_cast<int>(QVS::zERR_VOLUME_NOT_IN_ACTIVE_STATE))
+        out << VOLUME_INACTIVE_TEXT;
+    else if (detail == 0)
+        out << volumeName;
+    else
+        out << LS_LOC("util/common_cpp/rebuildFile", 206) << LOOKUP_FAILED_TEXT << detail << ".";
+    out << " <ZID " << Zid{item.Zid()} << ">";
+}
+
+void RebuildFile::WriteNamedLookup(VFSManageCmd& command, const TODItem& item) {
+    if (flags & FLAG_TRACE_LOOKUPS)
+        std::cerr << LS_LOC("util/common_cpp/rebuildFile", 220) << " Lookup of PZid " << item.PZid()
+                  << " on volume " << item.VolumeID() << "\n";
+    std::string volumeName;
+    std::string path;
+    int detail = 0;
+    int code = command.ReverseNameLookup(item.PZid(), item.NameType(), item.NameSpace(),
+                                         &item.VolumeID(), volumeName, path, detail);
+    // Deleted files whose path is not valid are asked again as name type 0.
+    if (detail == static_cast<int>(QVS::zERR_INVALID_PATH) && item.NameType() == DELETED_NAME_TYPE) {
+        detail = 0;
+        code = command.ReverseNameLookup(item.PZid(), RETRY_NAME_TYPE, item.NameSpace(),
+                                         &item.VolumeID(), volumeName, path, detail);
+    }
+
+    if (code != 0) {
+        out << LOOKUP_ERROR_TEXT << code << ".";
+    } else if (detail != 0) {
+        if (detail == static_cast<int>(QVS::zERR_VOLUME_NOT_FOUND))
+            out << VOLUME_NOT_FOUND_TEXT << item.VolumeID() << VOLUME_NOT_FOUND_END;
+        else if (detail == static_cast<int>(QVS::zERR_VOLUME_NOT_IN_ACTIVE_STATE))
+            out << VOLUME_INACTIVE_TEXT;
+        else
+            out << LOOKUP_FAILED_TEXT << detail << ".";
+        out << " <ZID " << Zid{item.Zid()} << ">" << " \"" << item.FileName() << "\" ";
+    } else if (item.NameType() != DELETED_NAME_TYPE) {
+        out << "<NormalFile>" << volumeName << path << NameSpaceSeparator(item.NameSpace())
+            << item.FileName();
+    } else {
+        out << "<DeletedFile>" << "<ZID " << Zid{item.Zid()} << "> " << volumeName << path
+            << NameSpaceSeparator(item.NameSpace()) << item.FileName();
+    }
+}
+
+unsigned long RebuildFile::ProcessTODItems(const char* channelArg) {
+    TODItem item;
+    unsigned long position = 0;
+    unsigned long next = 0;
+    unsigned long found = 0;
+    unsigned long ignored = 0;
+    unsigned status;
+    while ((status = item.FindTODItemTagAll(text, position, next)) == 0) {
+        position = next;
+        ++found;
+        if (item.GetReason() == TODItem::REASON_VISIBILITY_CLEANUP) {
+            ++ignored;
+            continue;
+        }
+
+        // One channel per item, as the storage system expects.
+        std::optional<VFSManageCmd> channel;
+        try {
+            channel.emplace(flags, channelArg);
+        } catch (const std::exception& e) {
+            out << "Unable to create VFSManageCmd:  " << e.what() << "\n";
+            return QVS::zERR_BAD_PARAMETER_VALUE;
+        }
+        if (item.IsNamed())
+            WriteNamedLookup(*channel, item);
+        else
+            WriteUnnamedLookup(*channel, item);
+        WriteItemEnd(item);
+    }
+    WriteTotals(found, ignored);
+    return status == QVS::zERR_RAV_EOL ? 0 : status;
+}
+
+unsigned RebuildFile::DisplayMessageItems() {
+    out << "Rebuild messages"
+        << "\n";
+    MessageItem item;
+    unsigned long position = 0;
+    unsigned long next = 0;
+    unsigned long found = 0;
+    unsigned status;
+    while ((status = item.FindMessageItemTagAll(text, position, next)) == 0) {
+        position = next;
+        ++found;
+        out << "  " << item.Text() << "\n";
+    }
+    out << "\n"
+        << "Found " << found << " messages.\n"
+        << "\n";
+    return status == QVS::zERR_RAV_EOL ? 0 : status;
+}

@@ -1,17 +1,59 @@
-// rebuildFile.h - viewer of rebuild logs (placeholder until the viewer lands).
+// rebuildFile.h - viewer of rebuild logs: loads a log whole, prints its
+// messages and its truncated or deleted objects, with or without asking the
+// storage system for the objects' path names.
 #ifndef UTIL_COMMON_CPP_REBUILDFILE_H
 #define UTIL_COMMON_CPP_REBUILDFILE_H
 
+#include <cstdio>
 #include <ostream>
 #include <string>
 
+class TODItem;
+class VFSManageCmd;
+
 class RebuildFile {
 public:
+    // Output options of `flags`.
+    static constexpr unsigned FLAG_REPORT_LOAD_ERRORS = 0x4;
+    static constexpr unsigned FLAG_TRACE_LOOKUPS = 0x8;
+    // What a flags value of 0 stands for.
+    static constexpr unsigned DEFAULT_FLAGS = 6;
+    // Bytes read per chunk; a zero byte drops the rest of its chunk.
+    static constexpr unsigned long CHUNK_SIZE = 1024;
+
+    // Loads the log and checks that it holds a <rebuildLog> element. Throws
+    // std::runtime_error or QVSError when it cannot.
     RebuildFile(const std::string& fileName, std::ostream& out, unsigned int flags);
     ~RebuildFile();
+    RebuildFile(const RebuildFile&) = delete;
+    RebuildFile& operator=(const RebuildFile&) = delete;
+
+    // Each returns 0 when the walk reached the end of its list, otherwise the
+    // status that ended it; the totals are printed either way.
     unsigned DisplayTODItems();
     unsigned long ProcessTODItems(const char* channelArg);
     unsigned DisplayMessageItems();
+
+    const std::string& Text() const { return text; }
+    unsigned Flags() const { return flags; }
+
+    // Separator between a looked-up path and the logged name.
+    static const char* NameSpaceSeparator(unsigned nameSpace);
+
+private:
+    void Load();
+    void ReportMemoryFailure();
+    void CloseFile();
+    void WriteUnnamedLookup(VFSManageCmd& command, const TODItem& item);
+    void WriteNamedLookup(VFSManageCmd& command, const TODItem& item);
+    void WriteItemEnd(const TODItem& item);
+    void WriteTotals(unsigned long found, unsigned long ignored);
+
+    std::string fileName;
+    FILE* file;
+    unsigned flags;
+    std::ostream& out;
+    std::string text;
 };
 
 #endif

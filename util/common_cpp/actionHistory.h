@@ -1,0 +1,208 @@
+// actionHistory.h - rebuild log tag scanning and its items: TOD (truncated or
+// deleted object) items, message items, action items and the action history,
+// plus the finders that locate debug and I/O items by key.
+#ifndef UTIL_COMMON_CPP_ACTIONHISTORY_H
+#define UTIL_COMMON_CPP_ACTIONHISTORY_H
+
+#include "util/support/qvsGuid.h"
+
+#include <ostream>
+#include <string>
+#include <vector>
+
+// Item tags of the log, each with its closing ">".
+extern const char* const ACTION_ITEM_TAG;  // "<actionItem>"
+extern const char* const MESSAGE_ITEM_TAG; // "<messageItem>"
+extern const char* const TOD_ITEM_TAG;     // "<todItem>"
+extern const char* const DEBUG_ITEM_TAG;   // "<debugItem>"
+extern const char* const IO_ITEM_TAG;      // "<ioItem>"
+
+// The text between an opening tag and its closing tag, CDATA unwrapped. A tag
+// without ">" is an open prefix ("<info") whose attributes are skipped.
+// Returns 0, 20163 (no opening tag) or 20162 (no closing tag); `contents` and
+// `*endPos` (just after the closing tag) are written only on success.
+unsigned GetTagContents(const std::string& text, const std::string& tag, std::string& contents,
+                        unsigned long start, unsigned long* endPos);
+
+// The text from the opening tag through the closing tag, matched exactly.
+unsigned GetTagContentsInclusive(const std::string& text, const std::string& tag,
+                                 std::string& contents, unsigned long start,
+                                 unsigned long* endPos);
+
+// GetTagContentsInclusive without the copy: `*first` is the position of the
+// opening tag and `*endPos` the position just after the closing tag.
+unsigned LocateTagInclusive(const std::string& text, const std::string& tag, unsigned long start,
+                            unsigned long* first, unsigned long* endPos);
+
+// An object that the rebuild truncated or deleted.
+class TODItem {
+public:
+    // Bits of `flag`.
+    static constexpr unsigned long long REASON_MASK = 0xFF;
+    static constexpr unsigned long long FLAG_TRUNCATED = 0x100;
+    static constexpr unsigned long long FLAG_DELETED = 0x200;
+    static constexpr unsigned long long FLAG_TRUSTEES_TRUNCATED = 0x400;
+    static constexpr unsigned long long FLAG_NAMED = 0x8000;
+    // Reason code of the items the viewer ignores ("Visibility cleanup").
+    static constexpr unsigned REASON_VISIBILITY_CLEANUP = 6;
+
+    TODItem();
+
+    unsigned GetTODItem(const std::string& itemText);
+    const char* GetActionName() const;
+    unsigned GetReason() const;
+    const char* GetReasonName() const;
+    bool IsNamed() const;
+
+    static unsigned FindTODItemTag(const std::string& text, unsigned long long key,
+                                   std::string& itemText);
+    static unsigned FindTODItemTag(const std::string& text, std::string& itemText);
+    // Parses the next item at or after `start` into this object; `endPos` is
+    // set just after it. 21768 when there is no further item.
+    unsigned FindTODItemTagAll(const std::string& text, unsigned long start,
+                               unsigned long& endPos);
+
+    unsigned long long Key() const { return key; }
+    unsigned long long PZid() const { return pZid; }
+    unsigned long long Zid() const { return zid; }
+    unsigned long long Flag() const { return flag; }
+    unsigned NameSpace() const { return nameSpace; }
+    unsigned NameType() const { return nameType; }
+    const GUID_t& VolumeID() const { return volumeID; }
+    const std::string& FileName() const { return fileName; }
+
+    friend std::ostream& operator<<(std::ostream& os, const TODItem& item);
+
+private:
+    unsigned long long key;
+    unsigned long long pZid;
+    unsigned long long zid;
+    unsigned long long flag;
+    unsigned nameSpace;
+    unsigned nameType;
+    GUID_t volumeID;
+    std::string fileName;
+};
+
+// One message of the rebuild with its severity.
+class MessageItem {
+public:
+    enum SeverityCode : unsigned {
+        SEVERITY_NONE = 0,
+        SEVERITY_WARNING = 1,
+        SEVERITY_INFO = 2,
+        SEVERITY_ERROR = 3,
+        SEVERITY_FATAL = 4,
+        SEVERITY_ACTION_REQUIRED = 5,
+    };
+
+    MessageItem();
+
+    unsigned GetMessageItem(const std::string& itemText);
+
+    static unsigned FindMessageItemTag(const std::string& text, unsigned long long key,
+                                       std::string& itemText);
+    static unsigned FindMessageItemTag(const std::string& text, std::string& itemText);
+    unsigned FindMessageItemTagAll(const std::string& text, unsigned long start,
+                                   unsigned long& endPos);
+
+    unsigned long long Key() const { return key; }
+    unsigned Severity() const { return severity; }
+    const std::string& Title() const { return title; }
+    const std::string& Text() const { return text; }
+
+    friend std::ostream& operator<<(std::ostream& os, const MessageItem& item);
+
+private:
+    unsigned long long key;
+    unsigned severity;
+    std::string title; // never filled from the log
+    std::string text;
+};
+
+// One action of the rebuild with its times and counts.
+class ActionItem {
+public:
+    ActionItem();
+    ActionItem(unsigned long long key, const std::string& objectName,
+               const std::string& subObjectName, const std::string& description,
+               unsigned isPool, unsigned startUTC, unsigned long long startCount,
+               unsigned endUTC, unsigned long long endCount);
+
+    // Stores the values; 20000 when memory runs out, else 0.
+    unsigned Set(unsigned long long key, const std::string& objectName,
+                 const std::string& subObjectName, const std::string& description,
+                 unsigned isPool, unsigned startUTC, unsigned long long startCount,
+                 unsigned endUTC, unsigned long long endCount);
+
+    unsigned GetActionItem(const std::string& itemText);
+    // Parses the contents of "<actionCurrent>" as an action item.
+    unsigned GetActionCurrent(const std::string& text);
+
+    // Walks the action items, parsing each into this object, until one has
+    // `key`; the object keeps the last item parsed.
+    unsigned FindActionItemTag(const std::string& text, unsigned long long key,
+                               std::string& itemText);
+    static unsigned FindActionItemTag(const std::string& text, std::string& itemText);
+
+    const std::string& ObjectName() const { return objectName; }
+    const std::string& SubObjectName() const { return subObjectName; }
+    const std::string& Description() const { return description; }
+    unsigned IsPool() const { return isPool; }
+    unsigned StartUTC() const { return startUTC; }
+    unsigned EndUTC() const { return endUTC; }
+    unsigned long long StartCount() const { return startCount; }
+    unsigned long long EndCount() const { return endCount; }
+    unsigned long long Key() const { return key; }
+
+    friend std::ostream& operator<<(std::ostream& os, const ActionItem& item);
+
+private:
+    std::string objectName;
+    std::string subObjectName;
+    std::string description;
+    unsigned isPool;
+    unsigned startUTC;
+    unsigned endUTC;
+    unsigned long long startCount;
+    unsigned long long endCount;
+    unsigned long long key;
+};
+
+// Debug and I/O items are only located by key.
+class DebugItem {
+public:
+    static unsigned FindDebugItemTag(const std::string& text, unsigned long long key,
+                                     std::string& itemText);
+    static unsigned FindDebugItemTag(const std::string& text, std::string& itemText);
+};
+
+class IOItem {
+public:
+    static unsigned FindIOItemTag(const std::string& text, unsigned long long key,
+                                  std::string& itemText);
+};
+
+// The action items of a log taken in key order: 1, 2, 3 ...
+class ActionHistory {
+public:
+    ActionHistory();
+
+    // Takes the items after the current key up to `currentKey`, stopping
+    // quietly at the first missing key.
+    unsigned GetActionHistory(unsigned long long currentKey, const std::string& text);
+
+    const std::vector<ActionItem>& Items() const { return items; }
+    unsigned long long CurrentKey() const { return currentKey; }
+    void SetCurrentKey(unsigned long long key) { currentKey = key; }
+
+private:
+    std::vector<ActionItem> items;
+    unsigned long long currentKey;
+};
+
+std::ostream& operator<<(std::ostream& os, const TODItem& item);
+std::ostream& operator<<(std::ostream& os, const MessageItem& item);
+std::ostream& operator<<(std::ostream& os, const ActionItem& item);
+
+#endif
