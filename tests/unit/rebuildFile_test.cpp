@@ -1,0 +1,360 @@
+// rebuildFile_test.cpp - loading rebuild logs and printing their items.
+#include "util/common_cpp/rebuildFile.h"
+#include "util/support/qvsError.h"
+#include "util/support/qvsStatus.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+const char GUID_TEXT[] = "01234567-89ab-cdef-01-23-456789abcdef";
+
+// A scratch file that is removed again.
+class LogFile {
+public:
+    explicit LogFile(const std::string& contents) {
+        static int serial = 0;
+        path_ = testing::TempDir() + "rebuildFile_test_" + std::to_string(getpid()) + "_" +
+                std::to_string(serial++) + ".xml";
+        std::ofstream file(path_, std::ios::binary);
+        file.write(contents.data(), static_cast<std::streamsize>(contents.size()));
+    }
+    ~LogFile() { std::remove(path_.c_str()); }
+    const std::string& path() const { return path_; }
+
+private:
+    std::string path_;
+};
+
+std::string todItem(unsigned key, const std::string& flag, const std::string& zid,
+                    const std::string& pZid, const std::string& named = "") {
+    return "<todItem><key v=\"" + std::to_string(key) + "\"/><zid v=\"" + zid + "\"/><pZid v=\"" +
+           pZid + "\"/><volumeID v=\"" + GUID_TEXT + "\"/><flag v=\"" + flag + "\"/>" + named +
+           "</todItem>";
+}
+
+std::string named(unsigned nameSpace, unsigned nameType, const std::string& fileName) {
+    return "<nameSpace v=\"" + std::to_string(nameSpace) + "\"/><nameType v=\"" +
+           std::to_string(nameType) + "\"/><fileName>" + fileName + "</fileName>";
+}
+
+std::string messageItem(unsigned key, const std::string& m) {
+    return "<messageItem><key v=\"" + std::to_string(key) + "\"/><m>" + m + "</m></messageItem>";
+}
+
+std::string rebuildLog(const std::string& tod, const std::string& messages = "") {
+    return "<rebuildLog><todHistory>" + tod + "</todHistory><messageHistory>" + messages +
+           "</messageHistory></rebuildLog>\n";
+}
+
+const char TOTALS_0_0[] = "\nFound 0 items that were deleted or truncated.\n  Ignored 0 expected items.\n";
+
+bool commandFileExists() { return access("/_admin/Manage_QVS/manage.cmd", F_OK) == 0; }
+
+} // namespace
+
+// ---------------------------------------------------------------- loading
+
+TEST(RebuildFileLoad, MissingRootThrows20163AndReports) {
+    LogFile log("<todHistory></todHistory>");
+    std::ostringstream out;
+    try {
+        RebuildFile rf(log.path(), out, 4);
+        FAIL();
+    } catch (const AdminError&) {
+        FAIL();
+    } catch (const QVSError& e) {
+        EXPECT_EQ(20163, e.status());
+        EXPECT_STREQ("Require tag <rebuildLog> is missing", e.what());
+        EXPECT_EQ("util/common_cpp/rebuildFile[138]", e.location());
+    }
+    EXPECT_EQ("\nRequired tag <rebuildLog> not found.  Status is 20163.\n", out.str());
+}
+
+TEST(RebuildFileLoad, MissingRootSilentWithoutFlag4) {
+    LogFile log("<rebuildLog/>");
+    std::ostringstream out;
+    EXPECT_THROW(RebuildFile(log.path(), out, 8), QVSError);
+    EXPECT_EQ("", out.str());
+}
+
+TEST(RebuildFileLoad, UnterminatedRootThrows20162) {
+    LogFile log("<rebuildLog><todHistory></todHistory>");
+    std::ostringstream out;
+    try {
+        RebuildFile rf(log.path(), out, 0);
+        FAIL();
+    } catch (const QVSError& e) {
+        EXPECT_EQ(20162, e.status());
+    }
+    EXPECT_EQ("\nRequired tag <rebuildLog> not found.  Status is 20162.\n", out.str());
+}
+
+TEST(RebuildFileLoad, ZeroFlagsMeanSix) {
+    LogFile log(rebuildLog(""));
+    std::ostringstream out;
+    RebuildFile rf(log.path(), out, 0);
+    EXPECT_EQ(6u, rf.Flags());
+    RebuildFile other(log.path(), out, 1);
+    EXPECT_EQ(1u, other.Flags());
+    EXPECT_EQ("", out.str());
+}
+
+TEST(RebuildFileLoad, OpenFailure) {
+    std::string missing = testing::TempDir() + "rebuildFile_test_no_such_file.xml";
+    std::ostringstream out;
+    try {
+        RebuildFile rf(missing, out, 4);
+        FAIL();
+    } catch (const QVSError&) {
+        FAIL();
+    } catch (const std::runtime_error& e) {
+        EXPECT_STREQ("Could not open rebuild RXF file", e.what());
+    }
+    EXPECT_EQ("\nCould not open " + missing + ": No such file or directory\n", out.str());
+    std::ostringstream quiet;
+    EXPECT_THROW(RebuildFile(missing, quiet, 2), std::runtime_error);
+    EXPECT_EQ("", quiet.str());
+}
+
+TEST(RebuildFileLoad, ReadFailureOfADirectory) {
+    std::string dir = testing::TempDir() + "rebuildFile_test_dir_" + std::to_string(getpid());
+    ASSERT_EQ(0, mkdir(dir.c_str(), 0700));
+    std::ostringstream out;
+    testing::internal::CaptureStderr();
+    try {
+        RebuildFile rf(dir, out, 4);
+        ADD_FAILURE();
+    } catch (const std::runtime_error& e) {
+        EXPECT_STREQ("Could not read input file", e.what());
+    }
+    std::string err = testing::internal::GetCapturedStderr();
+    rmdir(dir.c_str());
+    EXPECT_EQ("util/common_cpp/rebuildFile[97] Could not read from \"" + dir +
+                  "\" because of \"Is a directory\"\n",
+              err);
+    EXPECT_EQ("", out.str());
+}
+
+TEST(RebuildFileLoad, ZeroByteDropsTheRestOfItsChunkOnly) {
+    std::string first = "<rebuildLog><todHistory>";
+    std::string chunk1 = first + std::string(1, '\0');
+    chunk1 += std::string(1024 - chunk1.size(), 'J'); // junk after the zero byte
+    std::string chunk2 = "</todHistory>";
+    chunk2 += std::string(1024 - chunk2.size(), ' ');
+    std::string chunk3 = "</rebuildLog>";
+    LogFile log(chunk1 + chunk2 + chunk3);
+    std::ostringstream out;
+    RebuildFile rf(log.path(), out, 4);
+    EXPECT_EQ(first + chunk2 + chunk3, rf.Text());
+}
+
+TEST(RebuildFileLoad, ZeroByteAtChunkStartAndEnd) {
+    std::string chunk1 = "<rebuildLog>" + std::string(1024 - 13, 'a') + std::string(1, '\0');
+    std::string chunk2 = std::string(1, '\0') + std::string(1023, 'b');
+    std::string chunk3 = "</rebuildLog>";
+    LogFile log(chunk1 + chunk2 + chunk3);
+    std::ostringstream out;
+    RebuildFile rf(log.path(), out, 4);
+    EXPECT_EQ(chunk1.substr(0, 1023) + chunk3, rf.Text());
+}
+
+TEST(RebuildFileLoad, ManyChunksKeptWhole) {
+    std::string body;
+    for (unsigned i = 0; i < 500; ++i)
+        body += messageItem(i, "<info>message " + std::to_string(i) + "</info>");
+    std::string text = rebuildLog("", body);
+    LogFile log(text);
+    std::ostringstream out;
+    RebuildFile rf(log.path(), out, 4);
+    EXPECT_EQ(text, rf.Text());
+}
+
+// ---------------------------------------------------------------- TOD items
+
+TEST(RebuildFileTOD, EmptyLogPrintsOnlyTotals) {
+    LogFile log(rebuildLog(""));
+    std::ostringstream out;
+    RebuildFile rf(log.path(), out, 4);
+    EXPECT_EQ(0u, rf.DisplayTODItems());
+    EXPECT_EQ(TOTALS_0_0, out.str());
+}
+
+TEST(RebuildFileTOD, ReasonSixIsCountedButNotPrinted) {
+    LogFile log(rebuildLog(todItem(1, "0x101", "0x118", "0x40") +
+                           todItem(2, "0x206", "0x119", "0x40") +
+                           todItem(3, "0x8203", "0x11a", "0x40", named(2, 0, "a.txt"))));
+    std::ostringstream out;
+    RebuildFile rf(log.path(), out, 4);
+    EXPECT_EQ(0u, rf.DisplayTODItems());
+    EXPECT_EQ(std::string("Vol ID ") + GUID_TEXT +
+                  ", non-named file,  <ZID 0x118>   TRUNCATED (Cross Linked Blocks)\n"
+                  "Vol ID " +
+                  GUID_TEXT +
+                  ", name is \"a.txt\" <ZID 0x11a> <PZID 0x40>   DELETED (Corrupt Beast)\n"
+                  "\nFound 3 items that were deleted or truncated.\n  Ignored 1 expected items.\n",
+              out.str());
+}
+
+TEST(RebuildFileTOD, ZeroZidAndUnknownNames) {
+    LogFile log(rebuildLog(todItem(1, "0x8000", "0", "0", named(0, 0, "<![CDATA[x y]]>")) +
+                           todItem(2, "0x40e", "18446744073709551615", "0")));
+    std::ostringstream out;
+    RebuildFile rf(log.path(), out, 4);
+    EXPECT_EQ(0u, rf.DisplayTODItems());
+    EXPECT_EQ(std::string("Vol ID ") + GUID_TEXT +
+                  ", name is \"x y\" <ZID 0> <PZID 0>   UNKNOWN (unknown)\n"
+                  "Vol ID " +
+                  GUID_TEXT +
+                  ", non-named file,  <ZID 0xffffffffffffffff>   TRUSTEES TRUNCATED (unknown)\n"
+                  "\nFound 2 items that were deleted or truncated.\n  Ignored 0 expected items.\n",
+              out.str());
+}
+
+TEST(RebuildFileTOD, StreamFormatIsRestored) {
+    LogFile log(rebuildLog(todItem(1, "0x101", "0x118", "0x40")));
+    std::ostringstream out;
+    out << std::dec;
+    std::ios_base::fmtflags before = out.flags();
+    RebuildFile rf(log.path(), out, 4);
+    rf.DisplayTODItems();
+    EXPECT_EQ(before, out.flags());
+    EXPECT_NE(std::string::npos, out.str().find("Found 1 items"));
+}
+
+TEST(RebuildFileTOD, UnterminatedItemEndsWalkWith20162AfterTotals) {
+    LogFile log("<rebuildLog>" + todItem(1, "0x101", "0x118", "0x40") +
+                "<todItem><key v=\"2\"/></rebuildLog>");
+    std::ostringstream out;
+    RebuildFile rf(log.path(), out, 4);
+    EXPECT_EQ(QVS::zERR_XML_END_TAG_NOT_FOUND, rf.DisplayTODItems());
+    EXPECT_EQ(std::string("Vol ID ") + GUID_TEXT +
+                  ", non-named file,  <ZID 0x118>   TRUNCATED (Cross Linked Blocks)\n"
+                  "\nFound 1 items that were deleted or truncated.\n  Ignored 0 expected items.\n",
+              out.str());
+}
+
+TEST(RebuildFileTOD, BadItemEndsWalkWithItsStatus) {
+    LogFile log(rebuildLog("<todItem><key v=\"1\"/><zid v=\"1\"/><pZid v=\"1\"/><flag v=\"1\"/>"
+                           "<volumeID v=\"bad\"/></todItem>" +
+                           todItem(2, "0x101", "0x118", "0x40")));
+    std::ostringstream out;
+    RebuildFile rf(log.path(), out, 4);
+    EXPECT_EQ(QVS::zERR_INVALID_VOLUME_ID, rf.DisplayTODItems());
+    EXPECT_EQ(TOTALS_0_0, out.str());
+}
+
+TEST(RebuildFileTOD, NameSpaceSeparators) {
+    const char* expected[] = {"\\", ":", "/", "??", "\\", "??", ":::", "::", "??", "??"};
+    for (unsigned ns = 0; ns < 10; ++ns)
+        EXPECT_STREQ(expected[ns], RebuildFile::NameSpaceSeparator(ns)) << ns;
+    EXPECT_STREQ("??", RebuildFile::NameSpaceSeparator(0xFFFFFFFFu));
+}
+
+// ---------------------------------------------------------------- lookups
+
+TEST(RebuildFileLookup, ChannelFailureEndsAtOnceWithoutTotals) {
+    if (commandFileExists())
+        GTEST_SKIP() << "a management command file is present on this machine";
+    LogFile log(rebuildLog(todItem(1, "0x106", "0x118", "0x40") +
+                           todItem(2, "0x101", "0x119", "0x40") +
+                           todItem(3, "0x101", "0x11a", "0x40")));
+    std::ostringstream out;
+    RebuildFile rf(log.path(), out, 4);
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(20008u, rf.ProcessTODItems(""));
+    testing::internal::GetCapturedStderr();
+    EXPECT_EQ("Unable to create VFSManageCmd:  Could not open command file\n", out.str());
+}
+
+TEST(RebuildFileLookup, NoLookupForIgnoredOrMissingItems) {
+    LogFile log(rebuildLog(todItem(1, "0x106", "0x118", "0x40") +
+                           todItem(2, "0x8206", "0x119", "0x40", named(1, 0, "x"))));
+    std::ostringstream out;
+    RebuildFile rf(log.path(), out, 4);
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(0u, rf.ProcessTODItems(nullptr));
+    EXPECT_EQ("", testing::internal::GetCapturedStderr());
+    EXPECT_EQ("\nFound 2 items that were deleted or truncated.\n  Ignored 2 expected items.\n",
+              out.str());
+    std::ostringstream empty;
+    LogFile none(rebuildLog(""));
+    RebuildFile rf2(none.path(), empty, 4);
+    EXPECT_EQ(0u, rf2.ProcessTODItems("server"));
+    EXPECT_EQ(TOTALS_0_0, empty.str());
+}
+
+TEST(RebuildFileLookup, BrokenWalkWithoutItemsReturnsItsStatus) {
+    LogFile log("<rebuildLog><todItem></rebuildLog>");
+    std::ostringstream out;
+    RebuildFile rf(log.path(), out, 4);
+    EXPECT_EQ(20162u, rf.ProcessTODItems(""));
+    EXPECT_EQ(TOTALS_0_0, out.str());
+}
+
+// ---------------------------------------------------------------- messages
+
+TEST(RebuildFileMessages, TwoMessages) {
+    LogFile log(rebuildLog("", messageItem(1, "<info loc=\"a.c:1\">Rebuild started</info>") +
+                                   messageItem(2, "<error>Bad block</error>")));
+    std::ostringstream out;
+    RebuildFile rf(log.path(), out, 4);
+    EXPECT_EQ(0u, rf.DisplayMessageItems());
+    EXPECT_EQ("Rebuild messages\n  Rebuild started\n  Bad block\n\nFound 2 messages.\n\n",
+              out.str());
+}
+
+TEST(RebuildFileMessages, NoMessages) {
+    LogFile log(rebuildLog(""));
+    std::ostringstream out;
+    RebuildFile rf(log.path(), out, 4);
+    EXPECT_EQ(0u, rf.DisplayMessageItems());
+    EXPECT_EQ("Rebuild messages\n\nFound 0 messages.\n\n", out.str());
+}
+
+TEST(RebuildFileMessages, BadMessageEndsWalkAfterTotals) {
+    LogFile log(rebuildLog("", messageItem(1, "<warning>w</warning>") +
+                                   messageItem(2, "no severity") +
+                                   messageItem(3, "<info>i</info>")));
+    std::ostringstream out;
+    RebuildFile rf(log.path(), out, 4);
+    EXPECT_EQ(QVS::zERR_XML_TAG_NOT_FOUND, rf.DisplayMessageItems());
+    EXPECT_EQ("Rebuild messages\n  w\n\nFound 1 messages.\n\n", out.str());
+}
+
+TEST(RebuildFileMessages, OutsideTheHistoryStillCounts) {
+    // The walk searches the whole text, not only <messageHistory>.
+    LogFile log("<rebuildLog>" + messageItem(1, "<fatal>f</fatal>") + "</rebuildLog>" +
+                messageItem(2, "<actionRequired>a</actionRequired>"));
+    std::ostringstream out;
+    RebuildFile rf(log.path(), out, 4);
+    EXPECT_EQ(0u, rf.DisplayMessageItems());
+    EXPECT_EQ("Rebuild messages\n  f\n  a\n\nFound 2 messages.\n\n", out.str());
+}
+
+// ---------------------------------------------------------------- hostile input
+
+TEST(RebuildFileHostile, EveryCutOfALogEndsCleanly) {
+    std::string text = rebuildLog(todItem(1, "0x8101", "0x118", "0x40", named(1, 3, "a")) +
+                                      todItem(2, "0x206", "0x119", "0x40"),
+                                  messageItem(1, "<info>m</info>"));
+    for (size_t cut = 0; cut <= text.size(); ++cut) {
+        LogFile log(text.substr(0, cut));
+        std::ostringstream out;
+        try {
+            RebuildFile rf(log.path(), out, 4);
+            rf.DisplayTODItems();
+            rf.DisplayMessageItems();
+        } catch (const QVSError& e) {
+            EXPECT_TRUE(e.status() == 20162 || e.status() == 20163) << e.status();
+        }
+    }
+}
