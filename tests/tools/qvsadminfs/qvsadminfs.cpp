@@ -437,7 +437,14 @@ int OpTruncate(const char* cpath, off_t, fuse_file_info*) {
     return std::string(cpath) == kCommandFile ? 0 : -EROFS;
 }
 
-int OpFlush(const char*, fuse_file_info*) { return 0; }
+// Called on every close, before it returns (release comes later and
+// asynchronously): a request never read is logged by then.
+int OpFlush(const char*, fuse_file_info* fi) {
+    Handle* h = HandleOf(fi);
+    if (h->kind == Handle::Command)
+        Complete(h);
+    return 0;
+}
 
 int OpRelease(const char*, fuse_file_info* fi) {
     Handle* h = HandleOf(fi);

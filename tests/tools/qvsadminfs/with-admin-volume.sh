@@ -76,9 +76,13 @@ errfile=$simerr
 if [ -z "$errfile" ]; then
     errfile=$(mktemp) || exit 1
 fi
-pid=
+pid= cmdpid=
 
 cleanup() {
+    if [ -n "$cmdpid" ] && kill -0 "$cmdpid" 2>/dev/null; then
+        kill -TERM "$cmdpid" 2>/dev/null
+        wait "$cmdpid" 2>/dev/null
+    fi
     if [ -n "$pid" ]; then
         kill -TERM "$pid" 2>/dev/null
         for _ in $(seq 50); do
@@ -125,4 +129,10 @@ if [ "$ready" -ne 1 ]; then
     exit 1
 fi
 
-"$@"
+# In the background, so that a signal to this script is handled at once.
+"$@" <&0 &
+cmdpid=$!
+wait "$cmdpid"
+status=$?
+cmdpid=
+exit "$status"
