@@ -1,0 +1,1 @@
+cp "$TESTS_DIR/../examples/sample_rebuild.xml" .
