@@ -282,12 +282,21 @@ TEST_F(ChannelTest, FailedWriteReportWithoutNumberGivesTheGenericStatus) {
 
 TEST_F(ChannelTest, FailedWriteReportInALaterChunkIsNotDetected) {
     VFSManageCmd cmd(0, volume.Server().c_str());
-    volume.WriteState("fault kind=writeresult text='Volume busy (20012)'\n");
-    cmd.Write(kVersionRequest.data(), kVersionRequest.size());
+    // The report starts the second 1024-byte chunk of the reply.
+    volume.WriteState("fault kind=raw text=\"" + std::string(1024, ' ') +
+                      "<writeResult><error>Volume busy (20012)</error></writeResult>\"\n");
+    std::string reply;
+    int status = 0;
+    int code = -1;
+    std::string err = qvsvfs_test::Stderr(
+        [&] { code = cmd.PoolVerifyActions(kVersionRequest, reply, status); });
+    EXPECT_EQ(code, 21703);
+    EXPECT_EQ(reply.size(), 1024u + 61u);
+    EXPECT_EQ(err, "");
+    // Read directly at that offset, it is returned as it is.
     char buffer[1025] = {};
-    // Only a read at offset 0 is examined; this one starts one byte later.
-    unsigned long n = cmd.Read(buffer, 1024, 1);
-    EXPECT_EQ(std::string(buffer, n), "writeResult><error>Volume busy (20012)</error></writeResult>");
+    unsigned long n = cmd.Read(buffer, 1024, 1024);
+    EXPECT_EQ(std::string(buffer, n), "<writeResult><error>Volume busy (20012)</error></writeResult>");
 }
 
 TEST_F(ChannelTest, ShortReplyStartingLikeAReportIsAReply) {
