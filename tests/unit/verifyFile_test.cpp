@@ -566,3 +566,93 @@ TEST(VerifyLayout, EveryFieldOfTheListRecords) {
     EXPECT_EQ(UnicodeString(vf.lvSkipped.records[0].volumeName, 256).utf8(), "SKIP");
     EXPECT_STREQ(vf.lvSkipped.records[0].sourceSetter, "src");
 }
+
+// ---------------------------------------------------------------- read errors
+
+namespace {
+
+// A stream that serves `data` and then fails every read with EIO.
+struct FailingSource {
+    std::string data;
+    size_t position = 0;
+};
+
+ssize_t failingRead(void* cookie, char* buffer, size_t size) {
+    auto* source = static_cast<FailingSource*>(cookie);
+    if (source->position >= source->data.size()) {
+        errno = EIO;
+        return -1;
+    }
+    size_t n = std::min(size, source->data.size() - source->position);
+    std::memcpy(buffer, source->data.data() + source->position, n);
+    source->position += n;
+    return static_cast<ssize_t>(n);
+}
+
+int failingClose(void*) { return 0; }
+
+// Replaces the reader's file by one that fails after `good` bytes of `path`
+// (counted from offset 4, where the reader stands after construction).
+void failAfter(VerifyFile& vf, FailingSource& source, const std::string& path, size_t good) {
+    source.data = readAll(path).substr(4, good);
+    std::fclose(vf.file);
+    cookie_io_functions_t io = {failingRead, nullptr, nullptr, failingClose};
+    vf.file = fopencookie(&source, "rb", io);
+    ASSERT_NE(vf.file, nullptr);
+}
+
+const std::string EIO_STATUS = std::to_string(5u + 0x22BA5000u);
+
+} // namespace
+
+TEST(VerifyReadErrors, SectionHeader) {
+    TempDir dir;
+    const std::string path = buildReport(dir, "r.vbf", std::string(FINISHED_OVERALL) + "section pool\n");
+    std::ostringstream out;
+    VerifyFile vf(path, out, 0);
+    FailingSource source;
+    failAfter(vf, source, path, 566 + 10);
+    EXPECT_EQ(vf.ReadAndValidateSectionAll(), 5u + 0x22BA5000u);
+    const std::string text = out.str();
+    EXPECT_NE(text.find("util/common_cpp/verifyFile[1843] Could not read because of "
+                        "\"Input/output error\"\n"
+                        "util/common_cpp/verifyFile[1595] " + EIO_STATUS + "\n"),
+              std::string::npos)
+        << text;
+}
+
+TEST(VerifyReadErrors, SectionPayload) {
+    TempDir dir;
+    const std::string path = buildReport(dir, "r.vbf", std::string(FINISHED_OVERALL) + "section pool\n");
+    std::ostringstream out;
+    VerifyFile vf(path, out, 0);
+    FailingSource source;
+    failAfter(vf, source, path, 566 + 96 + 100);
+    EXPECT_EQ(vf.ReadAndValidateSectionAll(), 5u + 0x22BA5000u);
+    const std::string text = out.str();
+    EXPECT_NE(text.find("util/common_cpp/verifyFile[1779]\n"
+                        "util/common_cpp/verifyFile[1785] Could not read because of "
+                        "\"Input/output error\"\n"
+                        "util/common_cpp/verifyFile[1786]\n"
+                        "util/common_cpp/verifyFile[531]\n"),
+              std::string::npos)
+        << text;
+}
+
+TEST(VerifyReadErrors, CopyStopsOnAReadError) {
+    TempDir dir;
+    const std::string path = buildReport(dir, "r.vbf", std::string(FINISHED_OVERALL) + "section pool\n");
+    std::ostringstream out;
+    VerifyFile vf(path, out, 0);
+    FailingSource source;
+    failAfter(vf, source, path, 5000);
+    const std::string destination = dir.file("copy.vbf");
+    EXPECT_EQ(openFailure([&] { vf.CopyFile(destination); }), "Unable to read verify statistics");
+    EXPECT_EQ(out.str(), "  Destination file: " + destination + "\n" +
+                             "util/common_cpp/verifyFile[1816] Could not read because of "
+                             "\"Input/output error\"\n"
+                             "util/common_cpp/verifyFile[1951] Unable to read complete Verify "
+                             "file.  Status " + EIO_STATUS + "\n");
+    // What came before the error was written out.
+    EXPECT_EQ(readAll(destination).size(), 4u + 4096u);
+}
