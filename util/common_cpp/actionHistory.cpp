@@ -134,6 +134,30 @@ unsigned findFirstItem(const std::string& text, const char* itemTag, std::string
     return GetTagContentsInclusive(text, itemTag, itemText, 0, nullptr);
 }
 
+// std::string::find with a cheaper candidate test: most "<" of a log start
+// some other tag, so the second character rules them out before a memcmp.
+std::string::size_type findText(const std::string& text, const std::string& needle,
+                                std::string::size_type from) {
+    const std::string::size_type n = needle.size();
+    const std::string::size_type size = text.size();
+    if (n < 2 || from > size || size - from < n)
+        return n == 0 ? (from <= size ? from : std::string::npos) : text.find(needle, from);
+    const char* data = text.data();
+    const char* p = data + from;
+    const char* last = data + (size - n); // last place a match can start
+    const char first = needle[0];
+    const char second = needle[1];
+    while (p <= last) {
+        p = static_cast<const char*>(std::memchr(p, first, static_cast<size_t>(last - p) + 1));
+        if (p == nullptr)
+            return std::string::npos;
+        if (p[1] == second && std::memcmp(p + 2, needle.data() + 2, n - 2) == 0)
+            return static_cast<std::string::size_type>(p - data);
+        ++p;
+    }
+    return std::string::npos;
+}
+
 std::string closingTagOf(const std::string& tag) {
     std::string closing = tag;
     closing.insert(1, "/");
@@ -160,7 +184,7 @@ unsigned GetTagContents(const std::string& text, const std::string& tag, std::st
     // An empty tag names no element.
     if (tag.empty())
         return QVS::zERR_XML_TAG_NOT_FOUND;
-    std::string::size_type open = text.find(tag, start);
+    std::string::size_type open = findText(text, tag, start);
     if (open == std::string::npos)
         return QVS::zERR_XML_TAG_NOT_FOUND;
     std::string::size_type begin = open + tag.size();
@@ -171,7 +195,7 @@ unsigned GetTagContents(const std::string& text, const std::string& tag, std::st
         begin = close + 1;
     }
     const std::string closing = closingTagOf(tag);
-    std::string::size_type close = text.find(closing, begin);
+    std::string::size_type close = findText(text, closing, begin);
     if (close == std::string::npos)
         return QVS::zERR_XML_END_TAG_NOT_FOUND;
     contents.assign(text, begin, close - begin);
@@ -185,11 +209,11 @@ unsigned LocateTagInclusive(const std::string& text, const std::string& tag, uns
                             unsigned long* first, unsigned long* endPos) {
     if (tag.empty())
         return QVS::zERR_XML_TAG_NOT_FOUND;
-    std::string::size_type open = text.find(tag, start);
+    std::string::size_type open = findText(text, tag, start);
     if (open == std::string::npos)
         return QVS::zERR_XML_TAG_NOT_FOUND;
     const std::string closing = closingTagOf(tag);
-    std::string::size_type close = text.find(closing, open + tag.size());
+    std::string::size_type close = findText(text, closing, open + tag.size());
     if (close == std::string::npos)
         return QVS::zERR_XML_END_TAG_NOT_FOUND;
     if (first)

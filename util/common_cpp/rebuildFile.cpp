@@ -13,11 +13,19 @@
 #include <new>
 #include <optional>
 #include <stdexcept>
+#include <cstdint>
+#include <sys/mman.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
 const char REBUILD_LOG_TAG[] = "<rebuildLog>";
+const char REBUILD_LOG_END_TAG[] = "</rebuildLog>";
+// Read-ahead of the log file; chunks are still taken 1024 bytes at a time.
+const size_t READ_BUFFER_SIZE = 1 << 16;
+// Logs at least this large get the transparent huge page hint.
+const size_t HUGE_PAGE_HINT_SIZE = 4u << 20;
 
 // Unnamed objects are looked up under this fixed ZID.
 const unsigned long long UNNAMED_LOOKUP_ZID = 127;
@@ -76,6 +84,23 @@ void RebuildFile::ReportMemoryFailure() {
             << "\n";
 }
 
+// A large log is faulted in 2 MiB pages where the system offers them, which
+// takes far less time than 4 KiB faults. Only advice: nothing changes if the
+// hint is not available or refused.
+void RebuildFile::AdviseHugePages() {
+#ifdef MADV_HUGEPAGE
+    if (text.capacity() < HUGE_PAGE_HINT_SIZE)
+        return;
+    const uintptr_t page = static_cast<uintptr_t>(sysconf(_SC_PAGESIZE));
+    if (page == 0 || (page & (page - 1)) != 0)
+        return;
+    uintptr_t begin = (reinterpret_cast<uintptr_t>(text.data()) + page - 1) & ~(page - 1);
+    uintptr_t end = (reinterpret_cast<uintptr_t>(text.data()) + text.capacity()) & ~(page - 1);
+    if (end > begin)
+        madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE);
+#endif
+}
+
 void RebuildFile::Load() {
     file = std::fopen(fileName.c_str(), "rb");
     if (file == nullptr) {
@@ -91,8 +116,11 @@ void RebuildFile::Load() {
     try {
         // Room for the whole file up front keeps the peak near its size.
         struct stat info;
-        if (fstat(fileno(file), &info) == 0 && S_ISREG(info.st_mode) && info.st_size > 0)
+        if (fstat(fileno(file), &info) == 0 && S_ISREG(info.st_mode) && info.st_size > 0) {
             text.reserve(static_cast<std::string::size_type>(info.st_size));
+            AdviseHugePages();
+        }
+        std::setvbuf(file, nullptr, _IOFBF, READ_BUFFER_SIZE);
         char chunk[CHUNK_SIZE];
         size_t got;
         while ((got = std::fread(chunk, 1, sizeof(chunk), file)) > 0) {
@@ -117,7 +145,7 @@ void RebuildFile::Load() {
         throw std::runtime_error("Could not read input file");
     }
 
-    unsigned status = LocateTagInclusive(text, REBUILD_LOG_TAG, 0, nullptr, nullptr);
+    unsigned status = CheckRootElement();
     if (status != 0) {
         if (flags & FLAG_REPORT_LOAD_ERRORS)
             out << "\nRequired tag <rebuildLog> not found.  Status is " << status << "."
@@ -126,6 +154,20 @@ void RebuildFile::Load() {
         throw QVSError("Require tag <rebuildLog> is missing", static_cast<int>(status),
                        LS_LOC("util/common_cpp/rebuildFile", 138));
     }
+}
+
+// The status GetTagContentsInclusive would give for <rebuildLog> from
+// position 0, without copying the log: a closing tag after the opening one
+// exists exactly when the last closing tag lies after it.
+unsigned RebuildFile::CheckRootElement() const {
+    const std::string openTag = REBUILD_LOG_TAG;
+    std::string::size_type open = text.find(openTag);
+    if (open == std::string::npos)
+        return QVS::zERR_XML_TAG_NOT_FOUND;
+    std::string::size_type close = text.rfind(REBUILD_LOG_END_TAG);
+    if (close == std::string::npos || close < open + openTag.size())
+        return QVS::zERR_XML_END_TAG_NOT_FOUND;
+    return 0;
 }
 
 const char* RebuildFile::NameSpaceSeparator(unsigned nameSpace) {
@@ -280,10 +322,15 @@ unsigned RebuildFile::DisplayMessageItems() {
     unsigned long next = 0;
     unsigned long found = 0;
     unsigned status;
+    // Each line goes out in one write: logs can hold millions of messages.
+    std::string line;
     while ((status = item.FindMessageItemTagAll(text, position, next)) == 0) {
         position = next;
         ++found;
-        out << "  " << item.Text() << "\n";
+        line.assign("  ");
+        line += item.Text();
+        line += '\n';
+        out.write(line.data(), static_cast<std::streamsize>(line.size()));
     }
     out << "\n"
         << "Found " << found << " messages.\n"

@@ -42,6 +42,8 @@ public:
 
 private:
     void Load();
+    void AdviseHugePages();
+    unsigned CheckRootElement() const;
     void ReportMemoryFailure();
     void CloseFile();
     void WriteUnnamedLookup(VFSManageCmd& command, const TODItem& item);
