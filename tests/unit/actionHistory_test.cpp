@@ -146,6 +146,20 @@ TEST(GetTagContents, StartBeyondTextAndEmptyTag) {
     EXPECT_EQ(QVS::zERR_XML_TAG_NOT_FOUND, GetTagContents("", "<x>", contents, 0, nullptr));
 }
 
+TEST(GetTagContents, OneCharacterTagAndTagsAtTheVeryEnd) {
+    std::string contents;
+    unsigned long endPos = 0;
+    ASSERT_EQ(0u, GetTagContents("a<b>c</b>", "<", contents, 0, &endPos));
+    EXPECT_EQ("c", contents);
+    EXPECT_EQ(7u, endPos);
+    EXPECT_EQ(QVS::zERR_XML_TAG_NOT_FOUND, GetTagContents("<x></x", "</x>", contents, 0, nullptr));
+    // A closing tag given as the tag looks for "<//x>".
+    EXPECT_EQ(QVS::zERR_XML_END_TAG_NOT_FOUND,
+              GetTagContents("<x></x>", "</x>", contents, 3, nullptr));
+    EXPECT_EQ(QVS::zERR_XML_END_TAG_NOT_FOUND, GetTagContents("<x></x", "<x>", contents, 0, nullptr));
+    ASSERT_EQ(0u, GetTagContents("<x></x>", "<x>", contents, 0, nullptr));
+}
+
 TEST(GetTagContentsInclusive, WholeElement) {
     std::string text = "ab<todItem><![CDATA[x]]></todItem>cd";
     std::string contents;

@@ -98,6 +98,20 @@ TEST(RebuildFileLoad, UnterminatedRootThrows20162) {
     EXPECT_EQ("\nRequired tag <rebuildLog> not found.  Status is 20162.\n", out.str());
 }
 
+TEST(RebuildFileLoad, ClosingRootBeforeOpeningIsNotAnElement) {
+    LogFile log("</rebuildLog><rebuildLog>");
+    std::ostringstream out;
+    try {
+        RebuildFile rf(log.path(), out, 4);
+        FAIL();
+    } catch (const QVSError& e) {
+        EXPECT_EQ(20162, e.status());
+    }
+    LogFile nested("<rebuildLog></rebuildLog><rebuildLog>");
+    std::ostringstream quiet;
+    EXPECT_NO_THROW(RebuildFile(nested.path(), quiet, 4));
+}
+
 TEST(RebuildFileLoad, ZeroFlagsMeanSix) {
     LogFile log(rebuildLog(""));
     std::ostringstream out;
