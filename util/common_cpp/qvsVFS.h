@@ -41,7 +41,7 @@ public:
     void Write(const char* data, unsigned long length);
     // Whether `text` is the report the storage system gives in place of a
     // reply when the request before it failed; `status` gets its number.
-    bool IsFunnyErrorPresent(unsigned long length, const char* text, unsigned long long& status);
+    static bool IsFunnyErrorPresent(unsigned long length, const char* text, unsigned long long& status);
 
     const std::string& Path() const { return path; }
     unsigned int Flags() const { return flags; }
