@@ -12,6 +12,8 @@
 #   expect.stdout   expected standard output   (absent: empty)
 #   expect.stderr   expected standard error    (absent: empty)
 #   expect.status   expected exit status       (absent: 0)
+#   expect.requests optional: the management requests the case must send,
+#                   compared with the simulator's request log requests.log
 # The tool runs in WORKDIR as "logsift" with TZ=UTC, LC_ALL=C and no input.
 # A failing case leaves actual.* files and a diff in WORKDIR.
 set -u
@@ -24,6 +26,9 @@ cd "$work" || exit 1
 
 export LOGSIFT="$logsift" TESTS_DIR="$here" TZ=UTC LC_ALL=C
 export VBFGEN="$here/tools/vbfgen/vbfgen.py"
+# The simulated administration volume, for run.sh scripts:
+#   bash "$WITH_ADMIN" --private --state S --log requests.log /_admin -- CMD...
+export WITH_ADMIN="$here/tools/qvsadminfs/with-admin-volume.sh"
 
 for desc in *.vbfdesc; do
     [ -e "$desc" ] || continue
@@ -59,5 +64,10 @@ for kind in stdout stderr status; do
         fail=1
     fi
 done
+if [ -f expect.requests ] && ! cmp -s expect.requests requests.log; then
+    echo "=== requests differ (expected vs actual) ==="
+    diff -u expect.requests requests.log | tee requests.diff | head -n 60
+    fail=1
+fi
 [ "$fail" = 0 ] && echo "ok"
 exit "$fail"
