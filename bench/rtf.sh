@@ -1,0 +1,105 @@
+#!/usr/bin/env bash
+# rtf.sh - speed and memory of "logsift rtf" in one run, two measurements:
+#
+#   bench/rtf.sh [LOGSIFT]          (default: build/logsift of this tree)
+#
+# 1. Lookups: a log of ITEMS (default 100,000) named TOD items, each looked up
+#    through the simulated administration volume, against a minimal client
+#    (bench/minclient.c, built here) that performs the same open, mode switch,
+#    request and chunked read per item through the same simulator.
+#    Target: logsift / minimal client <= 1.2.
+# 2. Messages: a log of about MB (default 200) megabytes of message items,
+#    against grep -c '<messageItem>' on the same file, both writing to a file
+#    (GNU grep stops at the first match when its output is /dev/null).
+#    Targets: time ratio <= 2.0; peak RSS <= 1.5 x file size + 16 MiB.
+# Needs root and /dev/fuse for the first part (skipped otherwise). Each timing
+# is the best of RUNS runs (default 3).
+set -eu
+here=$(cd "$(dirname "$0")" && pwd)
+top=$(dirname "$here")
+logsift=${1:-$top/build/logsift}
+items=${ITEMS:-100000}
+megabytes=${MB:-200}
+runs=${RUNS:-3}
+sim=$(dirname "$logsift")/tests/tools/qvsadminfs/qvsadminfs
+with_admin=$top/tests/tools/qvsadminfs/with-admin-volume.sh
+
+[ -x "$logsift" ] || { echo "no logsift at $logsift (build it, or pass its path)" >&2; exit 1; }
+[ -x /usr/bin/time ] || { echo "/usr/bin/time is missing (Debian package: time)" >&2; exit 1; }
+
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+cd "$work"
+
+# best_of "command": prints "seconds peak_kib" of the fastest of $runs runs.
+best_of() {
+    local best_s="" best_kb=0 i s kb
+    for i in $(seq "$runs"); do
+        /usr/bin/time -v -o time.txt bash -c "$1" >/dev/null 2>/dev/null || true
+        s=$(sed -n 's/.*Elapsed (wall clock) time (h:mm:ss or m:ss): //p' time.txt |
+            awk -F: '{ if (NF == 3) print $1 * 3600 + $2 * 60 + $3; else print $1 * 60 + $2 }')
+        kb=$(sed -n 's/.*Maximum resident set size (kbytes): //p' time.txt)
+        if [ -z "$best_s" ] || awk -v a="$s" -v b="$best_s" 'BEGIN { exit !(a < b) }'; then
+            best_s=$s best_kb=$kb
+        fi
+    done
+    echo "$best_s $best_kb"
+}
+ratio() { awk -v a="$1" -v b="$2" 'BEGIN { printf "%.2f", (b > 0 ? a / b : 0) }'; }
+
+echo "== 1. $items name lookups through the simulated administration volume"
+if [ "$(id -u)" -ne 0 ] || [ ! -c /dev/fuse ] || [ ! -x "$sim" ]; then
+    echo "skipped: needs root, /dev/fuse and the simulator ($sim)"
+else
+    guid=11111111-2222-3333-80-01-a1a2a3a4a5a6
+    {
+        echo "volume guid=$guid name=VOL1 state=mounted"
+        echo "object volume=$guid path=/bench/dir zid=0x10"
+    } >state.txt
+    awk -v n="$items" -v g="$guid" 'BEGIN {
+        print "<rebuildLog><todHistory>"
+        for (i = 1; i <= n; i++)
+            printf "<todItem><key v=\"%d\"/><zid v=\"0x%x\"/><pZid v=\"0x10\"/><flag v=\"0x8101\"/><nameSpace v=\"2\"/><nameType v=\"0\"/><volumeID v=\"%s\"/><fileName>file%d.dat</fileName></todItem>\n", i, i + 4096, g, i
+        print "</todHistory></rebuildLog>" }' >lookups.xml
+    # The same requests, one per line, for the minimal client.
+    awk -v n="$items" -v g="$guid" 'BEGIN {
+        for (i = 1; i <= n; i++)
+            printf "<qvsRequest><pool><poolVerify><action>64</action><zid>16</zid><nameSpace>2</nameSpace><nameType>0</nameType><volumeID>%s</volumeID></poolVerify></pool></qvsRequest>\n", g }' >requests.txt
+    cc -O2 -o minclient "$here/minclient.c"
+    export LOGSIFT=$logsift
+    t_ls=$(best_of "bash '$with_admin' --private --state state.txt /_admin -- '$logsift' rtf lookups.xml")
+    t_min=$(best_of "bash '$with_admin' --private --state state.txt /_admin -- ./minclient /_admin/Manage_QVS/manage.cmd requests.txt")
+    # Mounting costs the same in both runs; it is measured alone and taken off.
+    t_mount=$(best_of "bash '$with_admin' --private --state state.txt /_admin -- true")
+    set -- $t_ls; ls_s=$1 ls_kb=$2
+    set -- $t_min; min_s=$1
+    set -- $t_mount; mount_s=$1
+    ls_net=$(awk -v a="$ls_s" -v m="$mount_s" 'BEGIN { print a - m }')
+    min_net=$(awk -v a="$min_s" -v m="$mount_s" 'BEGIN { print a - m }')
+    lines=$("$logsift" rtf lookups.xml 2>/dev/null | wc -l || true)
+    echo "logsift rtf:       ${ls_net} s for $items lookups (peak RSS ${ls_kb} KiB)"
+    echo "minimal client:    ${min_net} s"
+    echo "mount and unmount: ${mount_s} s (taken off both)"
+    echo "ratio logsift/minimal client: $(ratio "$ls_net" "$min_net")   (target <= 1.2)"
+fi
+
+echo
+echo "== 2. about $megabytes MB of message items"
+awk -v mb="$megabytes" 'BEGIN {
+    print "<rebuildLog><messageHistory>"
+    n = int(mb * 1048576 / 150)
+    for (i = 1; i <= n; i++)
+        printf "<messageItem><key v=\"%d\"/><m><info loc=\"rebuild.c:812\">Object 0x%x in volume VOL1 was checked.</info></m></messageItem>\n", i, i
+    print "</messageHistory></rebuildLog>" }' >messages.xml
+size_kb=$(( $(stat -c %s messages.xml) / 1024 ))
+cat messages.xml >/dev/null # page cache warm for both
+t_ls=$(best_of "'$logsift' rtf messages.xml >out.txt")
+t_grep=$(best_of "grep -c '<messageItem>' messages.xml >count.txt")
+set -- $t_ls; ls_s=$1 ls_kb=$2
+set -- $t_grep; grep_s=$1
+limit_kb=$(( size_kb * 3 / 2 + 16384 ))
+echo "file:              $((size_kb / 1024)) MiB, $(grep -c '<messageItem>' messages.xml) message items"
+echo "logsift rtf:       ${ls_s} s, peak RSS $((ls_kb / 1024)) MiB"
+echo "grep -c:           ${grep_s} s"
+echo "ratio logsift/grep: $(ratio "$ls_s" "$grep_s")   (target <= 2.0)"
+echo "peak RSS / (1.5 x file + 16 MiB): $(ratio "$ls_kb" "$limit_kb")   (target <= 1.0)"
