@@ -1,0 +1,76 @@
+#!/usr/bin/env bash
+# readonly_test.sh LOGSIFT - runs every command path of the tool with every
+# switch on a tree of fixture files, then proves that no file changed (content
+# and modification time) and that no file was created or removed anywhere in
+# the tree. Lookups go through the simulated administration volume when one
+# can be mounted.
+set -u
+logsift=$1
+here=$(cd "$(dirname "$0")/.." && pwd)
+top=$(dirname "$here")
+vbfgen=$here/tools/vbfgen/vbfgen.py
+with_admin=$here/tools/qvsadminfs/with-admin-volume.sh
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+tree=$work/tree
+mkdir -p "$tree/reports" "$tree/logs" "$tree/rav" || exit 1
+
+# The fixtures: every verify report description of the cases, the samples,
+# every rebuild log of the cases, and a RAV directory holding copies of them.
+for desc in "$here"/cases/*/*.vbfdesc "$top"/examples/*.vbfdesc; do
+    name=$(basename "$(dirname "$desc")")-$(basename "${desc%.vbfdesc}")
+    python3 "$vbfgen" "$desc" -o "$tree/reports/$name" || exit 1
+done
+cp "$top"/examples/sample_rebuild.xml "$tree/logs/"
+for log in "$here"/cases/rtf_*/*.xml; do
+    cp "$log" "$tree/logs/$(basename "$(dirname "$log")")-$(basename "$log")" || exit 1
+done
+cp "$tree/reports/examples-sample_verify" "$tree/rav/POOL1_verify_0000001A_report.vbf" || exit 1
+cp "$tree/reports/examples-sample_verify" "$tree/rav/pool1_verify_00000020_report.vbf"
+cp "$tree/logs/sample_rebuild.xml" "$tree/rav/DATA1_rebuild_00000002_log.xml"
+cp "$top/examples/sample_admin_state.txt" "$work/state.txt"
+touch -d '2020-01-01 00:00:00' $(find "$tree" -type f)
+
+snapshot() {
+    (cd "$tree" && find . -printf '%y %p %s %T@ %m\n' | sort && find . -type f -exec sha256sum {} + | sort)
+}
+snapshot >"$work/before"
+
+run() { (cd "$tree" && exec -a logsift "$logsift" "$@") >/dev/null 2>&1 </dev/null; }
+count=0
+for report in "$tree"/reports/*; do
+    for switches in "" -a -H -o "-a -H" "-a -o" "-H -o" "-a -H -o"; do
+        # shellcheck disable=SC2086
+        run $switches vbf "$report" && run $switches -V 0xffffffff vbf "$report"
+        count=$((count + 2))
+    done
+done
+for log in "$tree"/logs/*; do
+    run rtf "$log"; run -V 0xffffffff rtf "$log"; run -a -H -o rtf "$log"
+    count=$((count + 3))
+done
+for switches in "" -a "-a -H -o" "-V 0xffffffff"; do
+    # shellcheck disable=SC2086
+    run $switches -P rav vbfn pool1; run $switches -P rav rtfn DATA1
+    run $switches -P rav/ vbfn pool1 server; run $switches -P rav rtfn DATA1 nosuchserver
+    run $switches -P rav vbfn nopool; run $switches -P rav rtfn nopool
+    count=$((count + 6))
+done
+# The lookups through a simulated storage system, when one can be mounted.
+looked=0
+if LOGSIFT=$logsift bash "$with_admin" --private --state "$work/state.txt" /_admin -- true 2>/dev/null; then
+    LOGSIFT=$logsift bash "$with_admin" --private --state "$work/state.txt" /_admin -- bash -c '
+        cd "$1" || exit 1
+        for log in logs/*; do exec -a logsift "$2" -V 0xffffffff rtf "$log" >/dev/null 2>&1; done
+        exec -a logsift "$2" -P rav rtfn DATA1 >/dev/null 2>&1' _ "$tree" "$logsift"
+    looked=$(ls "$tree"/logs | wc -l)
+    count=$((count + looked + 1))
+fi
+
+snapshot >"$work/after"
+if ! cmp -s "$work/before" "$work/after"; then
+    echo "the fixture tree changed:"
+    diff "$work/before" "$work/after" | head -n 40
+    exit 1
+fi
+echo "read-only: $count runs ($looked with lookups) left $(grep -c '^f' "$work/before") files unchanged"
