@@ -363,24 +363,28 @@ std::ostream& fileOut(std::ostream& os, uint64_t errors, uint64_t warnings) {
     return os;
 }
 
-std::ostream& displayErrors(std::ostream& os, uint64_t errors) {
+namespace {
+
+// The heading with the word in hexadecimal, then a line per described bit.
+std::ostream& displayWord(std::ostream& os, const char* heading, const char* const* texts,
+                          uint64_t word) {
     FlagsSaver saver(os);
     os.setf(std::ios_base::hex, std::ios_base::basefield);
     os.setf(std::ios_base::showbase);
     os.unsetf(std::ios_base::uppercase);
-    os << "  Error types: " << errors << '\n';
-    wordTable(os, ERROR_TEXTS, errors);
+    os << heading << word << '\n';
+    wordTable(os, texts, word);
     return os;
 }
 
+} // namespace
+
+std::ostream& displayErrors(std::ostream& os, uint64_t errors) {
+    return displayWord(os, "  Error types: ", ERROR_TEXTS, errors);
+}
+
 std::ostream& displayWarnings(std::ostream& os, uint64_t warnings) {
-    FlagsSaver saver(os);
-    os.setf(std::ios_base::hex, std::ios_base::basefield);
-    os.setf(std::ios_base::showbase);
-    os.unsetf(std::ios_base::uppercase);
-    os << "  Warning types: " << warnings << '\n';
-    wordTable(os, WARNING_TEXTS, warnings);
-    return os;
+    return displayWord(os, "  Warning types: ", WARNING_TEXTS, warnings);
 }
 
 std::ostream& displayWarnings2(std::ostream& os, uint64_t warnings) {
