@@ -11,6 +11,7 @@ JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 CMAKE_FLAGS ?=
 
 LOGSIFT = $(BUILD_DIR)/logsift
+MAKEFLAGS += --no-print-directory
 
 .PHONY: all build demo test test-sanitize fuzz fuzz-build fuzz-check deps install package clean
 
