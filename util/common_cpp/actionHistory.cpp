@@ -11,10 +11,15 @@
 #include "util/support/qvsLib.h"
 #include "util/support/qvsStatus.h"
 
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <iostream>
+#include <limits>
 #include <new>
 #include <sstream>
+#include <string_view>
 
 const char* const ACTION_ITEM_TAG = "<actionItem>";
 const char* const MESSAGE_ITEM_TAG = "<messageItem>";
@@ -31,21 +36,18 @@ const std::string::size_type CDATA_CLOSE_LENGTH = sizeof(CDATA_CLOSE) - 1;
 
 // Key attribute prefixes of the keyed finders. I/O items really use the
 // shorter attribute name.
-const char KEY_PREFIX[] = "<key v=\"";
-const char IO_KEY_PREFIX[] = "<k v=\"";
+constexpr char KEY_PREFIX[] = "<key v=\"";
+constexpr char IO_KEY_PREFIX[] = "<k v=\"";
 
 // Value prefixes of TOD and message items.
-const char TOD_KEY[] = "<key v=\"";
-const char TOD_ZID[] = "<zid v=\"";
-const char TOD_PZID[] = "<pZid v=\"";
-const char TOD_FLAG[] = "<flag v=\"";
-const char TOD_NAME_TYPE[] = "<nameType v=\"";
-const char TOD_NAME_SPACE[] = "<nameSpace v=\"";
-const char TOD_VOLUME_ID[] = "<volumeID v=\"";
-const char TOD_FILE_NAME_TAG[] = "<fileName>";
+constexpr char TOD_KEY[] = "<key v=\"";
+constexpr char TOD_ZID[] = "<zid v=\"";
+constexpr char TOD_PZID[] = "<pZid v=\"";
+constexpr char TOD_FLAG[] = "<flag v=\"";
+constexpr char TOD_NAME_TYPE[] = "<nameType v=\"";
+constexpr char TOD_NAME_SPACE[] = "<nameSpace v=\"";
+constexpr char TOD_VOLUME_ID[] = "<volumeID v=\"";
 const char UNNAMED_FILE_NAME[] = "this is not a named beast so no file name";
-
-const char MESSAGE_TEXT_TAG[] = "<m>";
 
 // Value prefixes of action items.
 const char ACTION_KEY[] = "<key value=\"";
@@ -66,21 +68,6 @@ const char UNKNOWN_NAME[] = "Unknown";
 const unsigned DESCRIPTION_SIZE = 160;
 const unsigned OBJECT_NAME_SIZE = 32;
 const unsigned SUB_OBJECT_NAME_SIZE = 64;
-
-// Severity elements in the order they are tried: the first kind in this
-// order wins, not the first in the text.
-struct SeverityTrial_s {
-    const char* tag;
-    unsigned severity;
-    const char* traceLabel;
-};
-const SeverityTrial_s SEVERITY_TRIALS[] = {
-    {"<warning", MessageItem::SEVERITY_WARNING, " <warning> contents is "},
-    {"<info", MessageItem::SEVERITY_INFO, " <info> contents is "},
-    {"<error", MessageItem::SEVERITY_ERROR, " <error> contents is "},
-    {"<actionRequired", MessageItem::SEVERITY_ACTION_REQUIRED, " <actionRequired> contents is "},
-    {"<fatal", MessageItem::SEVERITY_FATAL, " <fatal> contents is "},
-};
 
 const char* const REASON_NAMES[] = {
     "unknown",
@@ -109,6 +96,397 @@ void trace(unsigned mask, const char* location, const char* label, const T& valu
         std::cerr << location << label << value << std::endl;
 }
 
+// The same with the debug mask read once by the caller: the walks ask for
+// every field of millions of items.
+template <typename T>
+void traceIf(unsigned level, unsigned mask, const char* location, const char* label,
+             const T& value) {
+    if ((level & mask) != 0)
+        std::cerr << location << label << value << std::endl;
+}
+
+const std::string_view::size_type NOT_FOUND = std::string_view::npos;
+
+// How common a byte is in a log, most common first; bytes not listed (capitals
+// above all) count as rare. Only a search hint: any order finds the same.
+constexpr std::string_view BYTES_BY_FREQUENCY = " <>\"=/v\netaoinsh0123456789rdlcumwfgypbkjxqz";
+
+constexpr std::string_view::size_type commonness(char c) {
+    std::string_view::size_type at = BYTES_BY_FREQUENCY.find(c);
+    return at == NOT_FOUND ? 0 : BYTES_BY_FREQUENCY.size() - at;
+}
+
+constexpr std::string_view::size_type rarestByte(std::string_view text) {
+    std::string_view::size_type best = 0;
+    for (std::string_view::size_type i = 1; i < text.size(); ++i)
+        if (commonness(text[i]) <= commonness(text[best]))
+            best = i;
+    return best;
+}
+
+// A search text with the byte that memchr looks for first: its rarest one,
+// so that most of a log is passed over without a compare.
+struct Needle {
+    constexpr explicit Needle(std::string_view needle) : text(needle), anchor(rarestByte(needle)) {}
+    std::string_view text;
+    std::string_view::size_type anchor;
+};
+
+// Byte tests eight at a time for the short distances inside one item, where
+// a call of memchr costs more than the scan; farther on memchr takes over.
+const std::uint64_t ONES = 0x0101010101010101ull;
+const std::uint64_t LOW_SEVEN = 0x7F7F7F7F7F7F7F7Full;
+const std::ptrdiff_t INLINE_SCAN_LENGTH = 128;
+
+// 0x80 in every byte of `word` that is zero, exactly (no carries between bytes).
+inline std::uint64_t zeroBytes(std::uint64_t word) {
+    return ~(((word & LOW_SEVEN) + LOW_SEVEN) | word | LOW_SEVEN);
+}
+
+// Index of the first marked byte of a zeroBytes mask in memory order.
+inline unsigned firstMarked(std::uint64_t mask, const char* bytes) {
+#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__ && defined(__GNUC__)
+    (void)bytes;
+    return static_cast<unsigned>(__builtin_ctzll(mask)) >> 3;
+#else
+    (void)mask;
+    unsigned at = 0;
+    while (bytes[at] != 0)
+        ++at;
+    return at;
+#endif
+}
+
+// memchr of `c` in [p, end).
+inline const char* findByte(const char* p, const char* end, char c) {
+    const std::uint64_t pattern = ONES * static_cast<unsigned char>(c);
+    const char* inlineEnd = end - p > INLINE_SCAN_LENGTH ? p + INLINE_SCAN_LENGTH : end;
+    while (inlineEnd - p >= 8) {
+        std::uint64_t word;
+        std::memcpy(&word, p, sizeof(word));
+        std::uint64_t mask = zeroBytes(word ^ pattern);
+        if (mask != 0) {
+#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__ && defined(__GNUC__)
+            return p + firstMarked(mask, nullptr);
+#else
+            while (*p != c)
+                ++p;
+            return p;
+#endif
+        }
+        p += 8;
+    }
+    for (; p < inlineEnd; ++p)
+        if (*p == c)
+            return p;
+    if (p == end)
+        return nullptr;
+    return static_cast<const char*>(std::memchr(p, c, static_cast<size_t>(end - p)));
+}
+
+// memcmp(a, b, n) == 0 for the short texts of tags, by overlapping words.
+inline bool sameBytes(const char* a, const char* b, std::string_view::size_type n) {
+    if (n >= 8 && n <= 16) {
+        std::uint64_t a1, b1, a2, b2;
+        std::memcpy(&a1, a, 8);
+        std::memcpy(&b1, b, 8);
+        std::memcpy(&a2, a + n - 8, 8);
+        std::memcpy(&b2, b + n - 8, 8);
+        return a1 == b1 && a2 == b2;
+    }
+    if (n >= 4 && n < 8) {
+        std::uint32_t a1, b1, a2, b2;
+        std::memcpy(&a1, a, 4);
+        std::memcpy(&b1, b, 4);
+        std::memcpy(&a2, a + n - 4, 4);
+        std::memcpy(&b2, b + n - 4, 4);
+        return a1 == b1 && a2 == b2;
+    }
+    return std::memcmp(a, b, n) == 0;
+}
+
+// The first occurrence of `needle` lying wholly inside [from, end) of `base`.
+std::string_view::size_type findIn(const char* base, std::string_view::size_type from,
+                                   std::string_view::size_type end, const Needle& needle) {
+    const std::string_view::size_type length = needle.text.size();
+    if (from > end || end - from < length)
+        return NOT_FOUND;
+    if (length == 0)
+        return from;
+    const char* wanted = needle.text.data();
+    const char anchor = wanted[needle.anchor];
+    const char* p = base + from + needle.anchor;
+    const char* stop = base + (end - length) + needle.anchor + 1; // past the last anchor place
+    while (p < stop) {
+        const char* hit = findByte(p, stop, anchor);
+        if (hit == nullptr)
+            return NOT_FOUND;
+        const char* candidate = hit - needle.anchor;
+        if (sameBytes(candidate, wanted, length))
+            return static_cast<std::string_view::size_type>(candidate - base);
+        p = hit + 1;
+    }
+    return NOT_FOUND;
+}
+
+} // namespace
+
+// The places of "<" in one item, from its opening tag through the "<" of its
+// closing tag, noted while the walk looks for the item's end. Every tag read
+// inside an item begins with "<", so its searches test these places only.
+struct TagStarts_s {
+    static constexpr unsigned CAPACITY = 64;
+    std::uint32_t at[CAPACITY]; // offsets from the item's first character
+    unsigned count;
+    bool complete; // false when the item held more "<" than there is room for
+};
+
+namespace {
+
+// findIn within one item, through the noted places where they serve.
+std::string_view::size_type findTag(const char* item, std::string_view::size_type from,
+                                    std::string_view::size_type end, const Needle& needle,
+                                    const TagStarts_s* starts) {
+    const std::string_view::size_type length = needle.text.size();
+    if (starts == nullptr || !starts->complete || length == 0 || needle.text[0] != '<')
+        return findIn(item, from, end, needle);
+    if (from > end || end - from < length)
+        return NOT_FOUND;
+    const std::string_view::size_type last = end - length; // last place a match can start
+    for (unsigned i = 0; i < starts->count; ++i) {
+        const std::string_view::size_type at = starts->at[i];
+        if (at < from)
+            continue;
+        if (at > last)
+            break;
+        if (sameBytes(item + at, needle.text.data(), length))
+            return at;
+    }
+    return NOT_FOUND;
+}
+
+// An opening tag (or open prefix) with its closing tag.
+struct TagPair {
+    constexpr TagPair(std::string_view openTag, std::string_view closeTag)
+        : open(openTag), close(closeTag), prefix(openTag.find('>') == NOT_FOUND) {}
+    Needle open;
+    Needle close;
+    bool prefix; // no ">": the opening tag may carry attributes
+};
+
+// The closing tag is the opening one with "/" after its first character.
+constexpr bool closes(std::string_view open, std::string_view close) {
+    return !open.empty() && close.size() == open.size() + 1 && close[0] == open[0] &&
+           close[1] == '/' && close.substr(2) == open.substr(1);
+}
+
+#define TAG_PAIR(name, open, close)                                                             \
+    static_assert(closes(open, close), "closing tag of " open);                                \
+    constexpr TagPair name(open, close)
+
+TAG_PAIR(MESSAGE_ITEM_TAGS, "<messageItem>", "</messageItem>");
+TAG_PAIR(TOD_ITEM_TAGS, "<todItem>", "</todItem>");
+TAG_PAIR(MESSAGE_TEXT_TAGS, "<m>", "</m>");
+TAG_PAIR(FILE_NAME_TAGS, "<fileName>", "</fileName>");
+TAG_PAIR(WARNING_TAGS, "<warning", "</warning");
+TAG_PAIR(INFO_TAGS, "<info", "</info");
+TAG_PAIR(ERROR_TAGS, "<error", "</error");
+TAG_PAIR(ACTION_REQUIRED_TAGS, "<actionRequired", "</actionRequired");
+TAG_PAIR(FATAL_TAGS, "<fatal", "</fatal");
+
+constexpr Needle TOD_KEY_NEEDLE(TOD_KEY);
+constexpr Needle TOD_ZID_NEEDLE(TOD_ZID);
+constexpr Needle TOD_PZID_NEEDLE(TOD_PZID);
+constexpr Needle TOD_FLAG_NEEDLE(TOD_FLAG);
+constexpr Needle TOD_NAME_TYPE_NEEDLE(TOD_NAME_TYPE);
+constexpr Needle TOD_NAME_SPACE_NEEDLE(TOD_NAME_SPACE);
+constexpr Needle TOD_VOLUME_ID_NEEDLE(TOD_VOLUME_ID);
+constexpr Needle MESSAGE_KEY_NEEDLE(KEY_PREFIX);
+
+// Severity elements in the order they are tried: the first kind in this
+// order wins, not the first in the text.
+struct SeverityTrial_s {
+    const TagPair* tags;
+    unsigned severity;
+    const char* traceLabel;
+};
+const SeverityTrial_s SEVERITY_TRIALS[] = {
+    {&WARNING_TAGS, MessageItem::SEVERITY_WARNING, " <warning> contents is "},
+    {&INFO_TAGS, MessageItem::SEVERITY_INFO, " <info> contents is "},
+    {&ERROR_TAGS, MessageItem::SEVERITY_ERROR, " <error> contents is "},
+    {&ACTION_REQUIRED_TAGS, MessageItem::SEVERITY_ACTION_REQUIRED, " <actionRequired> contents is "},
+    {&FATAL_TAGS, MessageItem::SEVERITY_FATAL, " <fatal> contents is "},
+};
+
+// GetTagContents over [start, end) of `base`, by positions: [*first, *last)
+// is the contents with a whole-contents CDATA section unwrapped. `starts`
+// (may be null) are the noted "<" places of the item `base` begins.
+unsigned locateContents(const char* base, std::string_view::size_type start,
+                        std::string_view::size_type end, const TagPair& tag,
+                        const TagStarts_s* starts, std::string_view::size_type* first,
+                        std::string_view::size_type* last, std::string_view::size_type* endPos) {
+    std::string_view::size_type open = findTag(base, start, end, tag.open, starts);
+    if (open == NOT_FOUND)
+        return QVS::zERR_XML_TAG_NOT_FOUND;
+    std::string_view::size_type begin = open + tag.open.text.size();
+    if (tag.prefix) {
+        const char* close = findByte(base + begin, base + end, '>');
+        if (close == nullptr)
+            return QVS::zERR_XML_TAG_NOT_FOUND;
+        begin = static_cast<std::string_view::size_type>(close - base) + 1;
+    }
+    std::string_view::size_type close = findTag(base, begin, end, tag.close, starts);
+    if (close == NOT_FOUND)
+        return QVS::zERR_XML_END_TAG_NOT_FOUND;
+    if (endPos)
+        *endPos = close + tag.close.text.size();
+    // Unwrapped only when the section is the whole contents: it opens at the
+    // first character and its "]]>" ends them.
+    if (close - begin >= CDATA_OPEN_LENGTH + CDATA_CLOSE_LENGTH &&
+        std::memcmp(base + begin, CDATA_OPEN, CDATA_OPEN_LENGTH) == 0 &&
+        std::memcmp(base + close - CDATA_CLOSE_LENGTH, CDATA_CLOSE, CDATA_CLOSE_LENGTH) == 0) {
+        begin += CDATA_OPEN_LENGTH;
+        close -= CDATA_CLOSE_LENGTH;
+    }
+    *first = begin;
+    *last = close;
+    return 0;
+}
+
+unsigned locateInclusive(const char* window, std::string_view::size_type size, const TagPair& tag,
+                         std::string_view::size_type start, std::string_view::size_type* first,
+                         std::string_view::size_type* endPos) {
+    std::string_view::size_type open = findIn(window, start, size, tag.open);
+    if (open == NOT_FOUND)
+        return QVS::zERR_XML_TAG_NOT_FOUND;
+    std::string_view::size_type close = findIn(window, open + tag.open.text.size(), size, tag.close);
+    if (close == NOT_FOUND)
+        return QVS::zERR_XML_END_TAG_NOT_FOUND;
+    *first = open;
+    *endPos = close + tag.close.text.size();
+    return 0;
+}
+
+// locateInclusive for the walks: the item's "<" places are noted on the way
+// to its closing tag.
+unsigned locateItem(const char* text, std::string_view::size_type size, const TagPair& tag,
+                    std::string_view::size_type start, std::string_view::size_type* first,
+                    std::string_view::size_type* endPos, TagStarts_s* starts) {
+    const std::string_view::size_type open = findIn(text, start, size, tag.open);
+    if (open == NOT_FOUND)
+        return QVS::zERR_XML_TAG_NOT_FOUND;
+    const char* const item = text + open;
+    const char* const end = text + size;
+    const char* const closeFrom = item + tag.open.text.size();
+    const std::string_view::size_type length = tag.close.text.size();
+    starts->count = 0;
+    starts->complete = true;
+    for (const char* p = item;;) {
+        const char* lt = findByte(p, end, '<');
+        if (lt == nullptr)
+            return QVS::zERR_XML_END_TAG_NOT_FOUND;
+        if (starts->count == TagStarts_s::CAPACITY ||
+            static_cast<std::uint64_t>(lt - item) > UINT32_MAX) {
+            // Too many to note: the item is searched the plain way.
+            starts->complete = false;
+            const std::string_view::size_type close =
+                findIn(text, static_cast<std::string_view::size_type>((lt < closeFrom ? closeFrom : lt) - text),
+                       size, tag.close);
+            if (close == NOT_FOUND)
+                return QVS::zERR_XML_END_TAG_NOT_FOUND;
+            *first = open;
+            *endPos = close + length;
+            return 0;
+        }
+        starts->at[starts->count++] = static_cast<std::uint32_t>(lt - item);
+        if (lt >= closeFrom && static_cast<std::string_view::size_type>(end - lt) >= length &&
+            sameBytes(lt, tag.close.text.data(), length)) {
+            *first = open;
+            *endPos = static_cast<std::string_view::size_type>(lt - text) + length;
+            return 0;
+        }
+        p = lt + 1;
+    }
+}
+
+std::string_view viewOf(const std::string& text) { return std::string_view(text.data(), text.size()); }
+
+// LBP_GetValue over one item as if the item alone were a terminated string:
+// the key and the closing quote must both lie inside it, and before any zero
+// byte, where such a string would end. [*begin, *close) is the value.
+unsigned locateValueIn(std::string_view item, const TagStarts_s* starts, const Needle& key,
+                       const char** begin, const char** close) {
+    const char* data = item.data();
+    std::string_view::size_type hit = findTag(data, 0, item.size(), key, starts);
+    if (hit == NOT_FOUND || findByte(data, data + hit, '\0') != nullptr)
+        return QVS::zERR_LIB_SEARCH_STRING_NOT_FOUND;
+    const char* start = data + hit + key.text.size();
+    const char* quote = findByte(start, data + item.size(), '"');
+    if (quote == nullptr || findByte(start, quote, '\0') != nullptr)
+        return QVS::zERR_LIB_QUOTE_NOT_FOUND;
+    *begin = start;
+    *close = quote;
+    return 0;
+}
+
+// strtoull(text, nullptr, 0) for the usual value, up to 19 plain decimal
+// digits (no overflow possible); false for anything else, which goes to the
+// C library.
+inline bool plainDecimal(const char* text, unsigned long long* value) {
+    if (*text < '1' || *text > '9')
+        return false;
+    unsigned long long result = 0;
+    for (int digits = 0; digits < 19; ++digits) {
+        const unsigned digit = static_cast<unsigned char>(text[digits]) - '0';
+        if (digit > 9) {
+            *value = result;
+            return true;
+        }
+        result = result * 10 + digit;
+    }
+    return false;
+}
+
+// The numeric forms convert from the value's start; the conversion stops at
+// the closing quote at the latest, inside the item.
+unsigned valueIn(std::string_view item, const TagStarts_s* starts, const Needle& key,
+                 unsigned long long* value) {
+    const char *begin, *close;
+    unsigned status = locateValueIn(item, starts, key, &begin, &close);
+    if (status == 0 && !plainDecimal(begin, value))
+        *value = std::strtoull(begin, nullptr, 0);
+    return status;
+}
+
+unsigned valueIn(std::string_view item, const TagStarts_s* starts, const Needle& key,
+                 unsigned* value) {
+    const char *begin, *close;
+    unsigned status = locateValueIn(item, starts, key, &begin, &close);
+    if (status != 0)
+        return status;
+    unsigned long long number = 0;
+    if (plainDecimal(begin, &number) && number <= std::numeric_limits<unsigned long>::max())
+        *value = static_cast<unsigned>(number);
+    else
+        *value = static_cast<unsigned>(std::strtoul(begin, nullptr, 0));
+    return 0;
+}
+
+unsigned valueIn(std::string_view item, const TagStarts_s* starts, const Needle& key,
+                 GUID_t* value) {
+    const char *begin, *close;
+    unsigned status = locateValueIn(item, starts, key, &begin, &close);
+    if (status != 0)
+        return status;
+    size_t length = static_cast<size_t>(close - begin);
+    if (length != QVS::GUID_TEXT_LENGTH - 1 && length != QVS::GUID_TEXT_LENGTH)
+        return QVS::zERR_INVALID_VOLUME_ID;
+    char copy[QVS::GUID_TEXT_LENGTH + 1];
+    std::memcpy(copy, begin, length);
+    copy[length] = '\0';
+    return QVS::LB_GUIDFromUTF8(copy, value);
+}
+
 // "<key v=" + quote + key + quote: the closing quote keeps 8 from matching 80.
 std::string keyPattern(const char* prefix, unsigned long long key) {
     std::ostringstream pattern;
@@ -116,17 +494,32 @@ std::string keyPattern(const char* prefix, unsigned long long key) {
     return pattern.str();
 }
 
+// Walks the items of one kind in place; `itemText` receives only the item
+// that matched or, after a failed search, the last one examined.
 unsigned findKeyedItem(const std::string& text, const char* itemTag, const char* prefix,
                        unsigned long long key, std::string& itemText) {
     const std::string pattern = keyPattern(prefix, key);
+    const Needle wanted(pattern);
     const std::string tag = itemTag;
-    unsigned long position = 0;
+    const std::string closing = std::string(tag).insert(1, "/");
+    const TagPair tags(tag, closing);
+    std::string_view::size_type position = 0;
+    std::string_view::size_type first = 0;
+    std::string_view::size_type end = 0;
+    bool examined = false;
     for (;;) {
-        unsigned status = GetTagContentsInclusive(text, tag, itemText, position, &position);
-        if (status != 0)
+        unsigned status = locateInclusive(text.data(), text.size(), tags, position, &first, &end);
+        if (status != 0) {
+            if (examined)
+                itemText.assign(text, first, end - first);
             return status;
-        if (itemText.find(pattern) != std::string::npos)
+        }
+        examined = true;
+        position = end;
+        if (findIn(text.data(), first, end, wanted) != NOT_FOUND) {
+            itemText.assign(text, first, end - first);
             return 0;
+        }
     }
 }
 
@@ -134,93 +527,70 @@ unsigned findFirstItem(const std::string& text, const char* itemTag, std::string
     return GetTagContentsInclusive(text, itemTag, itemText, 0, nullptr);
 }
 
-// std::string::find with a cheaper candidate test: most "<" of a log start
-// some other tag, so the second character rules them out before a memcmp.
-std::string::size_type findText(const std::string& text, const std::string& needle,
-                                std::string::size_type from) {
-    const std::string::size_type n = needle.size();
-    const std::string::size_type size = text.size();
-    if (n < 2 || from > size || size - from < n)
-        return n == 0 ? (from <= size ? from : std::string::npos) : text.find(needle, from);
-    const char* data = text.data();
-    const char* p = data + from;
-    const char* last = data + (size - n); // last place a match can start
-    const char first = needle[0];
-    const char second = needle[1];
-    while (p <= last) {
-        p = static_cast<const char*>(std::memchr(p, first, static_cast<size_t>(last - p) + 1));
-        if (p == nullptr)
-            return std::string::npos;
-        if (p[1] == second && std::memcmp(p + 2, needle.data() + 2, n - 2) == 0)
-            return static_cast<std::string::size_type>(p - data);
-        ++p;
-    }
-    return std::string::npos;
-}
-
-std::string closingTagOf(const std::string& tag) {
-    std::string closing = tag;
-    closing.insert(1, "/");
-    return closing;
-}
-
-void unwrapCDATA(std::string& contents) {
-    if (contents.compare(0, CDATA_OPEN_LENGTH, CDATA_OPEN) != 0)
-        return;
-    std::string::size_type close = contents.rfind(CDATA_CLOSE);
-    if (close == std::string::npos || close + CDATA_CLOSE_LENGTH != contents.size() ||
-        close < CDATA_OPEN_LENGTH)
-        return;
-    contents.erase(close);
-    contents.erase(0, CDATA_OPEN_LENGTH);
-}
-
 } // namespace
 
 // ---------------------------------------------------------------- primitives
 
-unsigned GetTagContents(const std::string& text, const std::string& tag, std::string& contents,
-                        unsigned long start, unsigned long* endPos) {
+unsigned LocateTagContentsIn(std::string_view window, std::string_view tag, unsigned long start,
+                             unsigned long* first, unsigned long* last, unsigned long* endPos) {
     // An empty tag names no element.
     if (tag.empty())
         return QVS::zERR_XML_TAG_NOT_FOUND;
-    std::string::size_type open = findText(text, tag, start);
-    if (open == std::string::npos)
-        return QVS::zERR_XML_TAG_NOT_FOUND;
-    std::string::size_type begin = open + tag.size();
-    if (tag.find('>') == std::string::npos) {
-        std::string::size_type close = text.find('>', begin);
-        if (close == std::string::npos)
-            return QVS::zERR_XML_TAG_NOT_FOUND;
-        begin = close + 1;
-    }
-    const std::string closing = closingTagOf(tag);
-    std::string::size_type close = findText(text, closing, begin);
-    if (close == std::string::npos)
-        return QVS::zERR_XML_END_TAG_NOT_FOUND;
-    contents.assign(text, begin, close - begin);
-    unwrapCDATA(contents);
+    std::string closing(tag);
+    closing.insert(1, "/");
+    const TagPair tags(tag, closing);
+    std::string_view::size_type begin = 0;
+    std::string_view::size_type close = 0;
+    std::string_view::size_type end = 0;
+    unsigned status = locateContents(window.data(), start, window.size(), tags, nullptr, &begin,
+                                     &close, &end);
+    if (status != 0)
+        return status;
+    if (first)
+        *first = begin;
+    if (last)
+        *last = close;
     if (endPos)
-        *endPos = close + closing.size();
+        *endPos = end;
+    return 0;
+}
+
+unsigned LocateTagInclusiveIn(std::string_view window, std::string_view tag, unsigned long start,
+                              unsigned long* first, unsigned long* endPos) {
+    if (tag.empty())
+        return QVS::zERR_XML_TAG_NOT_FOUND;
+    std::string closing(tag);
+    closing.insert(1, "/");
+    const TagPair tags(tag, closing);
+    std::string_view::size_type open = 0;
+    std::string_view::size_type end = 0;
+    unsigned status = locateInclusive(window.data(), window.size(), tags, start, &open, &end);
+    if (status != 0)
+        return status;
+    if (first)
+        *first = open;
+    if (endPos)
+        *endPos = end;
+    return 0;
+}
+
+unsigned GetTagContents(const std::string& text, const std::string& tag, std::string& contents,
+                        unsigned long start, unsigned long* endPos) {
+    unsigned long first = 0;
+    unsigned long last = 0;
+    unsigned long end = 0;
+    unsigned status = LocateTagContentsIn(viewOf(text), tag, start, &first, &last, &end);
+    if (status != 0)
+        return status;
+    contents.assign(text, first, last - first);
+    if (endPos)
+        *endPos = end;
     return 0;
 }
 
 unsigned LocateTagInclusive(const std::string& text, const std::string& tag, unsigned long start,
                             unsigned long* first, unsigned long* endPos) {
-    if (tag.empty())
-        return QVS::zERR_XML_TAG_NOT_FOUND;
-    std::string::size_type open = findText(text, tag, start);
-    if (open == std::string::npos)
-        return QVS::zERR_XML_TAG_NOT_FOUND;
-    const std::string closing = closingTagOf(tag);
-    std::string::size_type close = findText(text, closing, open + tag.size());
-    if (close == std::string::npos)
-        return QVS::zERR_XML_END_TAG_NOT_FOUND;
-    if (first)
-        *first = open;
-    if (endPos)
-        *endPos = close + closing.size();
-    return 0;
+    return LocateTagInclusiveIn(viewOf(text), tag, start, first, endPos);
 }
 
 unsigned GetTagContentsInclusive(const std::string& text, const std::string& tag,
@@ -243,60 +613,76 @@ TODItem::TODItem()
     : key(0), pZid(0), zid(0), flag(0), nameSpace(0), nameType(0), volumeID(QVS::zZERO_GUID) {}
 
 unsigned TODItem::GetTODItem(const std::string& itemText) {
-    const char* item = itemText.c_str();
-    trace(DEBUG_ITEMS, AH_LOC(930), " TOD contents ", itemText);
+    std::string_view name;
+    return ParseTODItem(viewOf(itemText), nullptr, name, true);
+}
+
+unsigned TODItem::ParseTODItem(std::string_view item, const TagStarts_s* starts,
+                               std::string_view& name, bool storeName) {
+    const unsigned level = TheApp.Level();
+    traceIf(level, DEBUG_ITEMS, AH_LOC(930), " TOD contents ", item);
 
     struct NumberField_s {
-        const char* prefix;
+        const Needle* prefix;
         unsigned long long* value;
         const char* label;
     };
     const NumberField_s numbers[] = {
-        {TOD_KEY, &key, " Key is "},
-        {TOD_ZID, &zid, " Zid is "},
-        {TOD_PZID, &pZid, " PZid is "},
-        {TOD_FLAG, &flag, " Flag is "},
+        {&TOD_KEY_NEEDLE, &key, " Key is "},
+        {&TOD_ZID_NEEDLE, &zid, " Zid is "},
+        {&TOD_PZID_NEEDLE, &pZid, " PZid is "},
+        {&TOD_FLAG_NEEDLE, &flag, " Flag is "},
     };
     for (const NumberField_s& field : numbers) {
-        unsigned status = LBP_GetValue(item, field.prefix, field.value);
+        unsigned status = valueIn(item, starts, *field.prefix, field.value);
         if (status != 0) {
-            trace(DEBUG_FAILURES, AH_LOC(941), " Unable to read a TOD value, status ", status);
+            traceIf(level, DEBUG_FAILURES, AH_LOC(941), " Unable to read a TOD value, status ",
+                    status);
             return status;
         }
-        trace(DEBUG_VALUES, AH_LOC(944), field.label, *field.value);
+        traceIf(level, DEBUG_VALUES, AH_LOC(944), field.label, *field.value);
     }
 
     if (IsNamed()) {
-        unsigned status = LBP_GetValue(item, TOD_NAME_TYPE, &nameType);
+        unsigned status = valueIn(item, starts, TOD_NAME_TYPE_NEEDLE, &nameType);
         if (status != 0) {
-            trace(DEBUG_FAILURES, AH_LOC(951), " Unable to read nameType, status ", status);
+            traceIf(level, DEBUG_FAILURES, AH_LOC(951), " Unable to read nameType, status ", status);
             return status;
         }
-        trace(DEBUG_VALUES, AH_LOC(954), " NameType is ", nameType);
-        status = LBP_GetValue(item, TOD_NAME_SPACE, &nameSpace);
+        traceIf(level, DEBUG_VALUES, AH_LOC(954), " NameType is ", nameType);
+        status = valueIn(item, starts, TOD_NAME_SPACE_NEEDLE, &nameSpace);
         if (status != 0) {
-            trace(DEBUG_FAILURES, AH_LOC(957), " Unable to read nameSpace, status ", status);
+            traceIf(level, DEBUG_FAILURES, AH_LOC(957), " Unable to read nameSpace, status ",
+                    status);
             return status;
         }
-        trace(DEBUG_VALUES, AH_LOC(960), " NameSpace is ", nameSpace);
-        status = GetTagContents(itemText, TOD_FILE_NAME_TAG, fileName, 0, nullptr);
+        traceIf(level, DEBUG_VALUES, AH_LOC(960), " NameSpace is ", nameSpace);
+        std::string_view::size_type first = 0;
+        std::string_view::size_type last = 0;
+        status = locateContents(item.data(), 0, item.size(), FILE_NAME_TAGS, starts, &first, &last,
+                                nullptr);
         if (status != 0) {
-            trace(DEBUG_FAILURES, AH_LOC(963), " Unable to read fileName, status ", status);
+            traceIf(level, DEBUG_FAILURES, AH_LOC(963), " Unable to read fileName, status ", status);
             return status;
         }
-        trace(DEBUG_VALUES, AH_LOC(966), " File name is ", fileName);
+        name = item.substr(first, last - first);
+        if (storeName)
+            fileName.assign(name.data(), name.size());
+        traceIf(level, DEBUG_VALUES, AH_LOC(966), " File name is ", name);
     } else {
         nameSpace = 0;
         nameType = 0;
-        fileName = UNNAMED_FILE_NAME;
+        name = UNNAMED_FILE_NAME;
+        if (storeName)
+            fileName = UNNAMED_FILE_NAME;
     }
 
-    unsigned status = LBP_GetValue(item, TOD_VOLUME_ID, &volumeID);
+    unsigned status = valueIn(item, starts, TOD_VOLUME_ID_NEEDLE, &volumeID);
     if (status != 0) {
-        trace(DEBUG_FAILURES, AH_LOC(975), " Unable to read volumeID, status ", status);
+        traceIf(level, DEBUG_FAILURES, AH_LOC(975), " Unable to read volumeID, status ", status);
         return status;
     }
-    trace(DEBUG_VALUES, AH_LOC(978), " VolumeID is ", volumeID);
+    traceIf(level, DEBUG_VALUES, AH_LOC(978), " VolumeID is ", volumeID);
     return 0;
 }
 
@@ -330,34 +716,56 @@ unsigned TODItem::FindTODItemTag(const std::string& text, std::string& itemText)
 
 unsigned TODItem::FindTODItemTagAll(const std::string& text, unsigned long start,
                                     unsigned long& endPos) {
-    std::string itemText;
-    unsigned status = GetTagContentsInclusive(text, TOD_ITEM_TAG, itemText, start, &endPos);
+    std::string_view name = fileName;
+    return WalkTODItem(text, start, endPos, name, true);
+}
+
+unsigned TODItem::NextTODItem(const std::string& text, unsigned long start, unsigned long& endPos,
+                              std::string_view& name) {
+    return WalkTODItem(text, start, endPos, name, false);
+}
+
+unsigned TODItem::WalkTODItem(const std::string& text, unsigned long start, unsigned long& endPos,
+                              std::string_view& name, bool storeName) {
+    std::string_view::size_type first = 0;
+    std::string_view::size_type end = 0;
+    TagStarts_s starts;
+    unsigned status =
+        locateItem(text.data(), text.size(), TOD_ITEM_TAGS, start, &first, &end, &starts);
     if (status != 0)
         return status == QVS::zERR_XML_TAG_NOT_FOUND ? static_cast<unsigned>(QVS::zERR_RAV_EOL)
                                                      : status;
+    endPos = end;
+    const unsigned level = TheApp.Level();
     // Still the previous item's fields.
-    trace(DEBUG_ITEMS, AH_LOC(1012), " ", *this);
-    status = GetTODItem(itemText);
+    if (level & DEBUG_ITEMS)
+        Dump(std::cerr << AH_LOC(1012) << " ", name) << std::endl;
+    status = ParseTODItem(viewOf(text).substr(first, end - first), &starts, name, storeName);
     if (status != 0) {
-        trace(DEBUG_FAILURES, AH_LOC(1016), " ", status);
+        traceIf(level, DEBUG_FAILURES, AH_LOC(1016), " ", status);
         return status;
     }
-    trace(DEBUG_ITEMS, AH_LOC(1020), " ", *this);
+    if (level & DEBUG_ITEMS)
+        Dump(std::cerr << AH_LOC(1020) << " ", name) << std::endl;
     return 0;
 }
 
-std::ostream& operator<<(std::ostream& os, const TODItem& item) {
+std::ostream& TODItem::Dump(std::ostream& os, std::string_view name) const {
     os << "<TODItem>\n"
-       << "<TODI_Key>" << item.key << "</TODI_Key>\n"
-       << "<TODI_Zid>" << item.zid << "</TODI_Zid>\n"
-       << "<TODI_PZid>" << item.pZid << "</TODI_PZid>\n"
-       << "<TODI_Flag>" << item.flag << "</TODI_Flag>\n"
-       << "<TODI_VolumeID>" << item.volumeID << "</TODI_VolumeID>\n"
-       << "<TODI_NameSpace>" << item.nameSpace << "</TODI_NameSpace>\n"
-       << "<TODI_NameType>" << item.nameType << "</TODI_NameType>\n"
-       << "<TODI_FileName>" << item.fileName << "</TODI_FileName>\n"
+       << "<TODI_Key>" << key << "</TODI_Key>\n"
+       << "<TODI_Zid>" << zid << "</TODI_Zid>\n"
+       << "<TODI_PZid>" << pZid << "</TODI_PZid>\n"
+       << "<TODI_Flag>" << flag << "</TODI_Flag>\n"
+       << "<TODI_VolumeID>" << volumeID << "</TODI_VolumeID>\n"
+       << "<TODI_NameSpace>" << nameSpace << "</TODI_NameSpace>\n"
+       << "<TODI_NameType>" << nameType << "</TODI_NameType>\n"
+       << "<TODI_FileName>" << name << "</TODI_FileName>\n"
        << "</TODItem>\n";
     return os;
+}
+
+std::ostream& operator<<(std::ostream& os, const TODItem& item) {
+    return item.Dump(os, item.fileName);
 }
 
 // ---------------------------------------------------------------- message items
@@ -365,33 +773,50 @@ std::ostream& operator<<(std::ostream& os, const TODItem& item) {
 MessageItem::MessageItem() : key(0), severity(SEVERITY_NONE) {}
 
 unsigned MessageItem::GetMessageItem(const std::string& itemText) {
-    trace(DEBUG_ITEMS, AH_LOC(560), " Message Item contents ", itemText);
-    unsigned status = LBP_GetValue(itemText.c_str(), KEY_PREFIX, &key);
-    if (status != 0) {
-        trace(DEBUG_FAILURES, AH_LOC(563), " Unable to read the message key, status ", status);
-        return status;
-    }
-    trace(DEBUG_VALUES, AH_LOC(566), " Key is ", key);
+    std::string_view message;
+    unsigned status = ParseMessageItem(viewOf(itemText), nullptr, message);
+    if (status == 0)
+        text.assign(message.data(), message.size());
+    return status;
+}
 
-    std::string message;
-    status = GetTagContents(itemText, MESSAGE_TEXT_TAG, message, 0, nullptr);
+unsigned MessageItem::ParseMessageItem(std::string_view item, const TagStarts_s* starts,
+                                       std::string_view& message) {
+    const unsigned level = TheApp.Level();
+    traceIf(level, DEBUG_ITEMS, AH_LOC(560), " Message Item contents ", item);
+    unsigned status = valueIn(item, starts, MESSAGE_KEY_NEEDLE, &key);
     if (status != 0) {
-        trace(DEBUG_FAILURES, AH_LOC(571), " Unable to read <m>, status ", status);
+        traceIf(level, DEBUG_FAILURES, AH_LOC(563), " Unable to read the message key, status ",
+                status);
         return status;
     }
-    trace(DEBUG_VALUES, AH_LOC(574), " <m> contents is ", message);
+    traceIf(level, DEBUG_VALUES, AH_LOC(566), " Key is ", key);
+
+    std::string_view::size_type first = 0;
+    std::string_view::size_type last = 0;
+    status = locateContents(item.data(), 0, item.size(), MESSAGE_TEXT_TAGS, starts, &first, &last,
+                            nullptr);
+    if (status != 0) {
+        traceIf(level, DEBUG_FAILURES, AH_LOC(571), " Unable to read <m>, status ", status);
+        return status;
+    }
+    // The severity elements are looked for inside those contents only.
+    const std::string_view::size_type contentsBegin = first;
+    const std::string_view::size_type contentsEnd = last;
+    traceIf(level, DEBUG_VALUES, AH_LOC(574), " <m> contents is ",
+            item.substr(contentsBegin, contentsEnd - contentsBegin));
 
     for (const SeverityTrial_s& trial : SEVERITY_TRIALS) {
-        std::string contents;
-        status = GetTagContents(message, trial.tag, contents, 0, nullptr);
+        status = locateContents(item.data(), contentsBegin, contentsEnd, *trial.tags, starts, &first,
+                                &last, nullptr);
         if (status == 0) {
             severity = trial.severity;
-            text.swap(contents);
-            trace(DEBUG_VALUES, AH_LOC(582), trial.traceLabel, text);
+            message = item.substr(first, last - first);
+            traceIf(level, DEBUG_VALUES, AH_LOC(582), trial.traceLabel, message);
             return 0;
         }
     }
-    trace(DEBUG_FAILURES, AH_LOC(586), " No message severity found, status ", status);
+    traceIf(level, DEBUG_FAILURES, AH_LOC(586), " No message severity found, status ", status);
     return status;
 }
 
@@ -406,19 +831,34 @@ unsigned MessageItem::FindMessageItemTag(const std::string& text, std::string& i
 
 unsigned MessageItem::FindMessageItemTagAll(const std::string& text, unsigned long start,
                                             unsigned long& endPos) {
-    std::string itemText;
-    unsigned status = GetTagContentsInclusive(text, MESSAGE_ITEM_TAG, itemText, start, &endPos);
+    // The dumps show no text, so filling it after the walk traces the same.
+    std::string_view message;
+    unsigned status = NextMessageItem(text, start, endPos, message);
+    if (status == 0)
+        this->text.assign(message.data(), message.size());
+    return status;
+}
+
+unsigned MessageItem::NextMessageItem(const std::string& text, unsigned long start,
+                                      unsigned long& endPos, std::string_view& message) {
+    std::string_view::size_type first = 0;
+    std::string_view::size_type end = 0;
+    TagStarts_s starts;
+    unsigned status =
+        locateItem(text.data(), text.size(), MESSAGE_ITEM_TAGS, start, &first, &end, &starts);
     if (status != 0)
         return status == QVS::zERR_XML_TAG_NOT_FOUND ? static_cast<unsigned>(QVS::zERR_RAV_EOL)
                                                      : status;
+    endPos = end;
+    const unsigned level = TheApp.Level();
     // Still the previous item's fields.
-    trace(DEBUG_ITEMS, AH_LOC(662), " ", *this);
-    status = GetMessageItem(itemText);
+    traceIf(level, DEBUG_ITEMS, AH_LOC(662), " ", *this);
+    status = ParseMessageItem(viewOf(text).substr(first, end - first), &starts, message);
     if (status != 0) {
-        trace(DEBUG_FAILURES, AH_LOC(666), " ", status);
+        traceIf(level, DEBUG_FAILURES, AH_LOC(666), " ", status);
         return status;
     }
-    trace(DEBUG_ITEMS, AH_LOC(670), " ", *this);
+    traceIf(level, DEBUG_ITEMS, AH_LOC(670), " ", *this);
     return 0;
 }
 

@@ -8,6 +8,7 @@
 
 #include <ostream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 // Item tags of the log, each with its closing ">".
@@ -33,6 +34,19 @@ unsigned GetTagContentsInclusive(const std::string& text, const std::string& tag
 // opening tag and `*endPos` the position just after the closing tag.
 unsigned LocateTagInclusive(const std::string& text, const std::string& tag, unsigned long start,
                             unsigned long* first, unsigned long* endPos);
+
+// In-place forms of the two primitives for the walks over a whole log: the
+// search stays inside `window` (never past its end) and only positions come
+// back, relative to the window, so nothing of the log is copied.
+// LocateTagContentsIn: [*first, *last) is what GetTagContents would copy,
+// CDATA unwrapped; *endPos is just after the closing tag.
+unsigned LocateTagContentsIn(std::string_view window, std::string_view tag, unsigned long start,
+                             unsigned long* first, unsigned long* last, unsigned long* endPos);
+unsigned LocateTagInclusiveIn(std::string_view window, std::string_view tag, unsigned long start,
+                              unsigned long* first, unsigned long* endPos);
+
+// Where "<" stands in one item, noted by the walks (actionHistory.cpp).
+struct TagStarts_s;
 
 // An object that the rebuild truncated or deleted.
 class TODItem {
@@ -61,6 +75,12 @@ public:
     // set just after it. 21768 when there is no further item.
     unsigned FindTODItemTagAll(const std::string& text, unsigned long start,
                                unsigned long& endPos);
+    // FindTODItemTagAll parsing the item in place: the file name is handed
+    // back as a view into `text` (or a constant) and not copied into the
+    // object. On entry `name` is the previous item's name, which the trace
+    // of the object before parsing shows; start a walk with FileName().
+    unsigned NextTODItem(const std::string& text, unsigned long start, unsigned long& endPos,
+                         std::string_view& name);
 
     unsigned long long Key() const { return key; }
     unsigned long long PZid() const { return pZid; }
@@ -74,6 +94,16 @@ public:
     friend std::ostream& operator<<(std::ostream& os, const TODItem& item);
 
 private:
+    // The parse of GetTODItem over one item's text; the name is copied into
+    // the object only when `storeName` is set.
+    unsigned ParseTODItem(std::string_view item, const TagStarts_s* starts, std::string_view& name,
+                          bool storeName);
+    // The walk of FindTODItemTagAll and NextTODItem.
+    unsigned WalkTODItem(const std::string& text, unsigned long start, unsigned long& endPos,
+                         std::string_view& name, bool storeName);
+    // The dump of operator<< with `name` as the file name.
+    std::ostream& Dump(std::ostream& os, std::string_view name) const;
+
     unsigned long long key;
     unsigned long long pZid;
     unsigned long long zid;
@@ -105,6 +135,10 @@ public:
     static unsigned FindMessageItemTag(const std::string& text, std::string& itemText);
     unsigned FindMessageItemTagAll(const std::string& text, unsigned long start,
                                    unsigned long& endPos);
+    // FindMessageItemTagAll parsing the item in place: the message text is
+    // handed back as a view into `text` and Text() is left as it was.
+    unsigned NextMessageItem(const std::string& text, unsigned long start, unsigned long& endPos,
+                             std::string_view& message);
 
     unsigned long long Key() const { return key; }
     unsigned Severity() const { return severity; }
@@ -114,6 +148,11 @@ public:
     friend std::ostream& operator<<(std::ostream& os, const MessageItem& item);
 
 private:
+    // The parse of GetMessageItem over one item's text, except that the
+    // message text is only handed back; `severity` is set on success.
+    unsigned ParseMessageItem(std::string_view item, const TagStarts_s* starts,
+                              std::string_view& message);
+
     unsigned long long key;
     unsigned severity;
     std::string title; // never filled from the log

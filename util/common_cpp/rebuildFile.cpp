@@ -4,6 +4,7 @@
 #include "util/common_cpp/actionHistory.h"
 #include "util/common_cpp/qvsVFS.h"
 #include "util/support/location.h"
+#include "util/support/qvsApp.h"
 #include "util/support/qvsError.h"
 #include "util/support/qvsStatus.h"
 
@@ -14,6 +15,7 @@
 #include <optional>
 #include <stdexcept>
 #include <cstdint>
+#include <string_view>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -22,8 +24,11 @@ namespace {
 
 const char REBUILD_LOG_TAG[] = "<rebuildLog>";
 const char REBUILD_LOG_END_TAG[] = "</rebuildLog>";
-// Read-ahead of the log file; chunks are still taken 1024 bytes at a time.
-const size_t READ_BUFFER_SIZE = 1 << 16;
+// Bytes read at once; the zero-byte rule still applies per 1024-byte chunk.
+const size_t READ_BLOCK_SIZE = 64 * RebuildFile::CHUNK_SIZE;
+static_assert(READ_BLOCK_SIZE % RebuildFile::CHUNK_SIZE == 0, "blocks of whole chunks");
+// Message lines are collected into writes of about this size.
+const size_t LINE_BLOCK_SIZE = 1 << 16;
 // Logs at least this large get the transparent huge page hint.
 const size_t HUGE_PAGE_HINT_SIZE = 4u << 20;
 
@@ -120,15 +125,13 @@ void RebuildFile::Load() {
             text.reserve(static_cast<std::string::size_type>(info.st_size));
             AdviseHugePages();
         }
-        std::setvbuf(file, nullptr, _IOFBF, READ_BUFFER_SIZE);
-        char chunk[CHUNK_SIZE];
+        // Blocks of whole chunks: a block starts at a multiple of the chunk
+        // size, so its chunks are the ones a read of one chunk at a time
+        // would give (fread fills a block unless the file ends or fails).
+        char block[READ_BLOCK_SIZE];
         size_t got;
-        while ((got = std::fread(chunk, 1, sizeof(chunk), file)) > 0) {
-            // A zero byte inside a chunk drops the rest of that chunk.
-            const void* zero = std::memchr(chunk, '\0', got);
-            size_t keep = zero ? static_cast<size_t>(static_cast<const char*>(zero) - chunk) : got;
-            text.append(chunk, keep);
-        }
+        while ((got = std::fread(block, 1, sizeof(block), file)) > 0)
+            AppendChunks(block, got);
     } catch (const std::bad_alloc&) {
         ReportMemoryFailure();
         CloseFile();
@@ -153,6 +156,22 @@ void RebuildFile::Load() {
         CloseFile();
         throw QVSError("Require tag <rebuildLog> is missing", static_cast<int>(status),
                        LS_LOC("util/common_cpp/rebuildFile", 138));
+    }
+}
+
+// Appends the chunks of one block, each up to its first zero byte (a zero
+// byte inside a chunk drops the rest of that chunk). Most blocks hold no
+// zero byte at all and go in whole.
+void RebuildFile::AppendChunks(const char* block, size_t size) {
+    if (std::memchr(block, '\0', size) == nullptr) {
+        text.append(block, size);
+        return;
+    }
+    for (size_t at = 0; at < size; at += CHUNK_SIZE) {
+        const size_t length = size - at < CHUNK_SIZE ? size - at : CHUNK_SIZE;
+        const void* zero = std::memchr(block + at, '\0', length);
+        text.append(block + at,
+                    zero ? static_cast<size_t>(static_cast<const char*>(zero) - (block + at)) : length);
     }
 }
 
@@ -203,12 +222,13 @@ void RebuildFile::WriteTotals(unsigned long found, unsigned long ignored) {
 
 unsigned RebuildFile::DisplayTODItems() {
     TODItem item;
+    std::string_view name = item.FileName();
     unsigned long position = 0;
     unsigned long next = 0;
     unsigned long found = 0;
     unsigned long ignored = 0;
     unsigned status;
-    while ((status = item.FindTODItemTagAll(text, position, next)) == 0) {
+    while ((status = item.NextTODItem(text, position, next, name)) == 0) {
         position = next;
         ++found;
         if (item.GetReason() == TODItem::REASON_VISIBILITY_CLEANUP) {
@@ -217,7 +237,7 @@ unsigned RebuildFile::DisplayTODItems() {
         }
         out << "Vol ID " << item.VolumeID();
         if (item.IsNamed())
-            out << ", name is \"" << item.FileName() << "\"" << " <ZID " << Zid{item.Zid()} << ">"
+            out << ", name is \"" << name << "\"" << " <ZID " << Zid{item.Zid()} << ">"
                 << " <PZID " << Zid{item.PZid()} << ">";
         else
             out << ", non-named file, " << " <ZID " << Zid{item.Zid()} << ">";
@@ -246,7 +266,8 @@ void RebuildFile::WriteUnnamedLookup(VFSManageCmd& command, const TODItem& item)
     out << " <ZID " << Zid{item.Zid()} << ">";
 }
 
-void RebuildFile::WriteNamedLookup(VFSManageCmd& command, const TODItem& item) {
+void RebuildFile::WriteNamedLookup(VFSManageCmd& command, const TODItem& item,
+                                   std::string_view name) {
     if (flags & FLAG_TRACE_LOOKUPS)
         std::cerr << LS_LOC("util/common_cpp/rebuildFile", 220) << " Lookup of PZid " << item.PZid()
                   << " on volume " << item.VolumeID() << "\n";
@@ -271,24 +292,25 @@ void RebuildFile::WriteNamedLookup(VFSManageCmd& command, const TODItem& item) {
             out << VOLUME_INACTIVE_TEXT;
         else
             out << LOOKUP_FAILED_TEXT << detail << ".";
-        out << " <ZID " << Zid{item.Zid()} << ">" << " \"" << item.FileName() << "\" ";
+        out << " <ZID " << Zid{item.Zid()} << ">" << " \"" << name << "\" ";
     } else if (item.NameType() != DELETED_NAME_TYPE) {
         out << "<NormalFile>" << volumeName << path << NameSpaceSeparator(item.NameSpace())
-            << item.FileName();
+            << name;
     } else {
         out << "<DeletedFile>" << "<ZID " << Zid{item.Zid()} << "> " << volumeName << path
-            << NameSpaceSeparator(item.NameSpace()) << item.FileName();
+            << NameSpaceSeparator(item.NameSpace()) << name;
     }
 }
 
 unsigned long RebuildFile::ProcessTODItems(const char* channelArg) {
     TODItem item;
+    std::string_view name = item.FileName();
     unsigned long position = 0;
     unsigned long next = 0;
     unsigned long found = 0;
     unsigned long ignored = 0;
     unsigned status;
-    while ((status = item.FindTODItemTagAll(text, position, next)) == 0) {
+    while ((status = item.NextTODItem(text, position, next, name)) == 0) {
         position = next;
         ++found;
         if (item.GetReason() == TODItem::REASON_VISIBILITY_CLEANUP) {
@@ -305,7 +327,7 @@ unsigned long RebuildFile::ProcessTODItems(const char* channelArg) {
             return QVS::zERR_BAD_PARAMETER_VALUE;
         }
         if (item.IsNamed())
-            WriteNamedLookup(*channel, item);
+            WriteNamedLookup(*channel, item, name);
         else
             WriteUnnamedLookup(*channel, item);
         WriteItemEnd(item);
@@ -318,22 +340,45 @@ unsigned RebuildFile::DisplayMessageItems() {
     out << "Rebuild messages"
         << "\n";
     MessageItem item;
+    std::string_view message;
     unsigned long position = 0;
     unsigned long next = 0;
     unsigned long found = 0;
     unsigned status;
-    // Each line goes out in one write: logs can hold millions of messages.
-    std::string line;
-    while ((status = item.FindMessageItemTagAll(text, position, next)) == 0) {
+    // Logs can hold millions of messages: their lines are collected into
+    // large writes, except while the walk traces on the error stream, where
+    // each line has to be out before the next item's traces.
+    const bool tracing = (TheApp.Level() & (DEBUG_ITEMS | DEBUG_VALUES | DEBUG_FAILURES)) != 0;
+    std::string lines;
+    lines.reserve(LINE_BLOCK_SIZE);
+    while ((status = item.NextMessageItem(text, position, next, message)) == 0) {
         position = next;
         ++found;
-        line.assign("  ");
-        line += item.Text();
-        line += '\n';
-        out.write(line.data(), static_cast<std::streamsize>(line.size()));
+        if (message.size() + 3 > lines.capacity() - lines.size()) {
+            WriteLines(lines);
+            if (message.size() + 3 > lines.capacity()) {
+                // A long message goes out from the log itself, not copied.
+                out.write("  ", 2);
+                out.write(message.data(), static_cast<std::streamsize>(message.size()));
+                out.write("\n", 1);
+                continue;
+            }
+        }
+        lines.append("  ", 2);
+        lines.append(message.data(), message.size());
+        lines.push_back('\n');
+        if (tracing)
+            WriteLines(lines);
     }
+    WriteLines(lines);
     out << "\n"
         << "Found " << found << " messages.\n"
         << "\n";
     return status == QVS::zERR_RAV_EOL ? 0 : status;
+}
+
+void RebuildFile::WriteLines(std::string& lines) {
+    if (!lines.empty())
+        out.write(lines.data(), static_cast<std::streamsize>(lines.size()));
+    lines.clear();
 }

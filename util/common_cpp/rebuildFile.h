@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <ostream>
 #include <string>
+#include <string_view>
 
 class TODItem;
 class VFSManageCmd;
@@ -42,14 +43,16 @@ public:
 
 private:
     void Load();
+    void AppendChunks(const char* block, size_t size);
     void AdviseHugePages();
     unsigned CheckRootElement() const;
     void ReportMemoryFailure();
     void CloseFile();
     void WriteUnnamedLookup(VFSManageCmd& command, const TODItem& item);
-    void WriteNamedLookup(VFSManageCmd& command, const TODItem& item);
+    void WriteNamedLookup(VFSManageCmd& command, const TODItem& item, std::string_view name);
     void WriteItemEnd(const TODItem& item);
     void WriteTotals(unsigned long found, unsigned long ignored);
+    void WriteLines(std::string& lines);
 
     std::string fileName;
     FILE* file;
