@@ -11,6 +11,7 @@
 #include <stdexcept>
 #include <string>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
@@ -192,6 +193,61 @@ TEST(RebuildFileLoad, ManyChunksKeptWhole) {
     EXPECT_EQ(text, rf.Text());
 }
 
+TEST(RebuildFileLoad, ZeroBytesAcrossReadBlocksFollowTheChunkRule) {
+    // Zero bytes around the places where larger reads meet: each still drops
+    // only the rest of its own 1024-byte chunk.
+    std::string file = "<rebuildLog>";
+    std::string expected = file;
+    unsigned chunk = 1;
+    size_t fill = 1024 - file.size();
+    for (; chunk < 300; ++chunk) {
+        std::string body(fill, static_cast<char>('a' + chunk % 26));
+        size_t zeroAt = std::string::npos;
+        if (chunk % 64 == 0 || chunk % 64 == 63 || chunk % 17 == 0)
+            zeroAt = (chunk * 37) % fill;
+        if (zeroAt != std::string::npos) {
+            body[zeroAt] = '\0';
+            expected += body.substr(0, zeroAt);
+        } else {
+            expected += body;
+        }
+        file += body;
+        fill = 1024;
+    }
+    file += "</rebuildLog>";
+    expected += "</rebuildLog>";
+    LogFile log(file);
+    std::ostringstream out;
+    RebuildFile rf(log.path(), out, 4);
+    EXPECT_EQ(expected, rf.Text());
+}
+
+TEST(RebuildFileLoad, UnknownSizeFromAPipe) {
+    const std::string text = rebuildLog("", messageItem(1, "<info>piped</info>"));
+    std::string fifo = testing::TempDir() + "rebuildFile_test_fifo_" + std::to_string(getpid());
+    ASSERT_EQ(0, mkfifo(fifo.c_str(), 0600));
+    pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        FILE* writer = std::fopen(fifo.c_str(), "wb");
+        if (writer) {
+            std::fwrite(text.data(), 1, text.size(), writer);
+            std::fclose(writer);
+        }
+        _exit(0);
+    }
+    std::ostringstream out;
+    {
+        RebuildFile rf(fifo, out, 4);
+        EXPECT_EQ(text, rf.Text());
+        EXPECT_EQ(0u, rf.DisplayMessageItems());
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    std::remove(fifo.c_str());
+    EXPECT_EQ("Rebuild messages\n  piped\n\nFound 1 messages.\n\n", out.str());
+}
+
 // ---------------------------------------------------------------- TOD items
 
 TEST(RebuildFileTOD, EmptyLogPrintsOnlyTotals) {
@@ -352,6 +408,25 @@ TEST(RebuildFileMessages, OutsideTheHistoryStillCounts) {
     RebuildFile rf(log.path(), out, 4);
     EXPECT_EQ(0u, rf.DisplayMessageItems());
     EXPECT_EQ("Rebuild messages\n  f\n  a\n\nFound 2 messages.\n\n", out.str());
+}
+
+TEST(RebuildFileMessages, LongAndManyMessagesKeepTheirLines) {
+    // Lines are written in blocks; a message longer than a block goes out on
+    // its own. The output is the same line for line.
+    const std::string longText(200000, 'L');
+    std::string body;
+    std::string expected = "Rebuild messages\n";
+    for (unsigned i = 0; i < 3000; ++i) {
+        std::string text = i % 1000 == 500 ? longText : "message " + std::to_string(i);
+        body += messageItem(i, "<warning>" + text + "</warning>");
+        expected += "  " + text + "\n";
+    }
+    expected += "\nFound 3000 messages.\n\n";
+    LogFile log(rebuildLog("", body));
+    std::ostringstream out;
+    RebuildFile rf(log.path(), out, 4);
+    EXPECT_EQ(0u, rf.DisplayMessageItems());
+    EXPECT_EQ(expected, out.str());
 }
 
 // ---------------------------------------------------------------- hostile input

@@ -381,32 +381,60 @@ unsigned locateItem(const char* text, std::string_view::size_type size, const Ta
     const std::string_view::size_type length = tag.close.text.size();
     starts->count = 0;
     starts->complete = true;
-    for (const char* p = item;;) {
-        const char* lt = findByte(p, end, '<');
-        if (lt == nullptr)
-            return QVS::zERR_XML_END_TAG_NOT_FOUND;
+    // Each "<" is noted, then tested as the closing tag. 0: go on, 1: the
+    // closing tag, 2: no room left.
+    auto take = [&](const char* lt) {
         if (starts->count == TagStarts_s::CAPACITY ||
-            static_cast<std::uint64_t>(lt - item) > UINT32_MAX) {
-            // Too many to note: the item is searched the plain way.
-            starts->complete = false;
-            const std::string_view::size_type close =
-                findIn(text, static_cast<std::string_view::size_type>((lt < closeFrom ? closeFrom : lt) - text),
-                       size, tag.close);
-            if (close == NOT_FOUND)
-                return QVS::zERR_XML_END_TAG_NOT_FOUND;
-            *first = open;
-            *endPos = close + length;
-            return 0;
-        }
+            static_cast<std::uint64_t>(lt - item) > UINT32_MAX)
+            return 2;
         starts->at[starts->count++] = static_cast<std::uint32_t>(lt - item);
-        if (lt >= closeFrom && static_cast<std::string_view::size_type>(end - lt) >= length &&
-            sameBytes(lt, tag.close.text.data(), length)) {
-            *first = open;
-            *endPos = static_cast<std::string_view::size_type>(lt - text) + length;
-            return 0;
+        return lt >= closeFrom && static_cast<std::string_view::size_type>(end - lt) >= length &&
+                       lt[1] == '/' && sameBytes(lt, tag.close.text.data(), length)
+                   ? 1
+                   : 0;
+    };
+    const std::uint64_t lessThan = ONES * static_cast<unsigned char>('<');
+    const char* p = item;
+    const char* lt = nullptr;
+    int taken = 0;
+    // Eight bytes at a time, each "<" of a word in turn.
+    while (taken == 0 && end - p >= 8) {
+        std::uint64_t word;
+        std::memcpy(&word, p, sizeof(word));
+        std::uint64_t marks = zeroBytes(word ^ lessThan);
+        for (unsigned i = 0; marks != 0 && taken == 0 && i < 8; ++i) {
+#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__ && defined(__GNUC__)
+            lt = p + (static_cast<unsigned>(__builtin_ctzll(marks)) >> 3);
+            marks &= marks - 1;
+#else
+            if (p[i] != '<')
+                continue;
+            lt = p + i;
+#endif
+            taken = take(lt);
         }
-        p = lt + 1;
+        p += 8;
     }
+    for (; taken == 0 && p < end; ++p)
+        if (*p == '<')
+            taken = take(lt = p);
+    if (taken == 1) {
+        *first = open;
+        *endPos = static_cast<std::string_view::size_type>(lt - text) + length;
+        return 0;
+    }
+    if (taken == 0)
+        return QVS::zERR_XML_END_TAG_NOT_FOUND;
+    // Too many to note: the rest of the item is searched the plain way.
+    starts->complete = false;
+    const std::string_view::size_type close = findIn(
+        text, static_cast<std::string_view::size_type>((lt < closeFrom ? closeFrom : lt) - text), size,
+        tag.close);
+    if (close == NOT_FOUND)
+        return QVS::zERR_XML_END_TAG_NOT_FOUND;
+    *first = open;
+    *endPos = close + length;
+    return 0;
 }
 
 std::string_view viewOf(const std::string& text) { return std::string_view(text.data(), text.size()); }
