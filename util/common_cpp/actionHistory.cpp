@@ -143,20 +143,6 @@ inline std::uint64_t zeroBytes(std::uint64_t word) {
     return ~(((word & LOW_SEVEN) + LOW_SEVEN) | word | LOW_SEVEN);
 }
 
-// Index of the first marked byte of a zeroBytes mask in memory order.
-inline unsigned firstMarked(std::uint64_t mask, const char* bytes) {
-#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__ && defined(__GNUC__)
-    (void)bytes;
-    return static_cast<unsigned>(__builtin_ctzll(mask)) >> 3;
-#else
-    (void)mask;
-    unsigned at = 0;
-    while (bytes[at] != 0)
-        ++at;
-    return at;
-#endif
-}
-
 // memchr of `c` in [p, end).
 inline const char* findByte(const char* p, const char* end, char c) {
     const std::uint64_t pattern = ONES * static_cast<unsigned char>(c);
@@ -167,7 +153,7 @@ inline const char* findByte(const char* p, const char* end, char c) {
         std::uint64_t mask = zeroBytes(word ^ pattern);
         if (mask != 0) {
 #if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__ && defined(__GNUC__)
-            return p + firstMarked(mask, nullptr);
+            return p + (static_cast<unsigned>(__builtin_ctzll(mask)) >> 3);
 #else
             while (*p != c)
                 ++p;
@@ -201,6 +187,12 @@ inline bool sameBytes(const char* a, const char* b, std::string_view::size_type 
         std::memcpy(&a2, a + n - 4, 4);
         std::memcpy(&b2, b + n - 4, 4);
         return a1 == b1 && a2 == b2;
+    }
+    if (n < 4) {
+        for (std::string_view::size_type i = 0; i < n; ++i)
+            if (a[i] != b[i])
+                return false;
+        return true;
     }
     return std::memcmp(a, b, n) == 0;
 }
@@ -342,7 +334,7 @@ unsigned locateContents(const char* base, std::string_view::size_type start,
         *endPos = close + tag.close.text.size();
     // Unwrapped only when the section is the whole contents: it opens at the
     // first character and its "]]>" ends them.
-    if (close - begin >= CDATA_OPEN_LENGTH + CDATA_CLOSE_LENGTH &&
+    if (close - begin >= CDATA_OPEN_LENGTH + CDATA_CLOSE_LENGTH && base[begin] == '<' &&
         std::memcmp(base + begin, CDATA_OPEN, CDATA_OPEN_LENGTH) == 0 &&
         std::memcmp(base + close - CDATA_CLOSE_LENGTH, CDATA_CLOSE, CDATA_CLOSE_LENGTH) == 0) {
         begin += CDATA_OPEN_LENGTH;
