@@ -148,6 +148,14 @@ unsigned VerifyFileSection::ReadSectionHeader(FILE* file, std::ostream& out) {
 
 // ---------------------------------------------------------------- lists
 
+// Out of line, so the list holders are exported by name.
+ActionStats::ActionStats() = default;
+ActionStats::~ActionStats() = default;
+ConflictBlocksStats::ConflictBlocksStats() = default;
+ConflictBlocksStats::~ConflictBlocksStats() = default;
+LVSkippedStats::LVSkippedStats() = default;
+LVSkippedStats::~LVSkippedStats() = default;
+
 unsigned ActionStats::Read(VerifyFile& file, unsigned payloadLength, std::ostream& out) {
     static const ListLocations loc = {VF_LOC(3228), VF_LOC(3234), VF_LOC(3257)};
     return readRecordList(file, payloadLength, out, *this, loc);

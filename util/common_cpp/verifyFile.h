@@ -27,16 +27,22 @@ public:
 
 class ActionStats : public VerifyRecordList<RAV_Action_s> {
 public:
+    ActionStats();
+    ~ActionStats();
     unsigned Read(VerifyFile& file, unsigned payloadLength, std::ostream& out);
 };
 
 class ConflictBlocksStats : public VerifyRecordList<BlockConflicts_s> {
 public:
+    ConflictBlocksStats();
+    ~ConflictBlocksStats();
     unsigned Read(VerifyFile& file, unsigned payloadLength, std::ostream& out);
 };
 
 class LVSkippedStats : public VerifyRecordList<LVSkipped_s> {
 public:
+    LVSkippedStats();
+    ~LVSkippedStats();
     unsigned Read(VerifyFile& file, unsigned payloadLength, std::ostream& out);
 };
 

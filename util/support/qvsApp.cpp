@@ -3,4 +3,6 @@
 
 APP::APP(unsigned level) : level(level) {}
 
+bool APP::DebugLevel(unsigned mask) const { return (level & mask) != 0; }
+
 APP TheApp(0);

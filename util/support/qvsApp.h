@@ -13,7 +13,7 @@ class APP {
 public:
     explicit APP(unsigned level);
     // A bit test, not a comparison.
-    bool DebugLevel(unsigned mask) const { return (level & mask) != 0; }
+    bool DebugLevel(unsigned mask) const;
     void SetLevel(unsigned newLevel) { level = newLevel; }
     unsigned Level() const { return level; }
 
