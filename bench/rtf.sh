@@ -18,6 +18,7 @@ set -eu
 here=$(cd "$(dirname "$0")" && pwd)
 top=$(dirname "$here")
 logsift=${1:-$top/build/logsift}
+logsift=$(cd "$(dirname "$logsift")" && pwd)/$(basename "$logsift")
 items=${ITEMS:-100000}
 megabytes=${MB:-200}
 runs=${RUNS:-3}
