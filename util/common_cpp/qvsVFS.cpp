@@ -442,12 +442,32 @@ void VFSManageCmd::PoolGetBasicInfoT(const std::string& request, const std::stri
     BasicInfoT(request, tagPath, reply, value, false);
 }
 
+namespace {
+
+// Callers see one word for a usable volume or pool.
+void MountedReadsActive(std::string& state) {
+    if (state == "mounted")
+        state = "active";
+}
+
+// The identifier text of a basic-information reply as a GUID; throws with
+// `message` when it is not one.
+void ParseIdText(const std::string& text, const char* message, const char* location,
+                 GUID_t* id) {
+    GUID_t parsed{};
+    unsigned int code = QVS::LB_GUIDFromUTF8(text.c_str(), &parsed);
+    if (code != 0)
+        throw AdminError(message, static_cast<int>(code), location);
+    if (id != nullptr)
+        *id = parsed;
+}
+
+} // namespace
+
 void VFSManageCmd::GetVolumeState(const std::string& name, std::string& state) {
     std::string reply;
     VolumeGetBasicInfoT(BasicInfoRequest(true, name), kVolumeStatePath, reply, state);
-    // Callers see one word for a usable volume.
-    if (state == "mounted")
-        state = "active";
+    MountedReadsActive(state);
 }
 
 void VFSManageCmd::GetVolumeState(const std::string& name, unsigned int* state) {
@@ -460,8 +480,7 @@ void VFSManageCmd::GetVolumeState(const std::string& name, unsigned int* state) 
 void VFSManageCmd::GetPoolState(const std::string& name, std::string& state) {
     std::string reply;
     PoolGetBasicInfoT(BasicInfoRequest(false, name), kPoolStatePath, reply, state);
-    if (state == "mounted")
-        state = "active";
+    MountedReadsActive(state);
 }
 
 void VFSManageCmd::GetPoolState(const std::string& name, unsigned int* state) {
@@ -479,13 +498,7 @@ void VFSManageCmd::GetVolumeID(const std::string& name, std::string& id) {
 void VFSManageCmd::GetVolumeID(const std::string& name, GUID_t* id) {
     std::string text;
     GetVolumeID(name, text);
-    GUID_t parsed{};
-    unsigned int code = QVS::LB_GUIDFromUTF8(text.c_str(), &parsed);
-    if (code != 0)
-        throw AdminError("Unable to parse Volume ID string", static_cast<int>(code),
-                         loc::kVolumeGuid);
-    if (id != nullptr)
-        *id = parsed;
+    ParseIdText(text, "Unable to parse Volume ID string", loc::kVolumeGuid, id);
 }
 
 void VFSManageCmd::GetPoolID(const std::string& name, std::string& id) {
@@ -496,13 +509,7 @@ void VFSManageCmd::GetPoolID(const std::string& name, std::string& id) {
 void VFSManageCmd::GetPoolID(const std::string& name, GUID_t* id) {
     std::string text;
     GetPoolID(name, text);
-    GUID_t parsed{};
-    unsigned int code = QVS::LB_GUIDFromUTF8(text.c_str(), &parsed);
-    if (code != 0)
-        throw AdminError("Unable to parse Pool ID string", static_cast<int>(code),
-                         loc::kPoolGuid);
-    if (id != nullptr)
-        *id = parsed;
+    ParseIdText(text, "Unable to parse Pool ID string", loc::kPoolGuid, id);
 }
 
 void VFSManageCmd::ChangeVolumeState(const std::string& volumeName, const std::string& state) {
