@@ -3,6 +3,7 @@
 
 #include "util/common_cpp/actionHistory.h"
 #include "util/common_cpp/qvsVFS.h"
+#include "util/common_cpp/rebuildFileWalk.h"
 #include "util/support/location.h"
 #include "util/support/qvsApp.h"
 #include "util/support/qvsError.h"
@@ -12,10 +13,13 @@
 #include <cstring>
 #include <iostream>
 #include <new>
+#include <memory>
 #include <optional>
 #include <stdexcept>
 #include <cstdint>
 #include <string_view>
+#include <thread>
+#include <vector>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -29,6 +33,11 @@ const size_t READ_BLOCK_SIZE = 64 * RebuildFile::CHUNK_SIZE;
 static_assert(READ_BLOCK_SIZE % RebuildFile::CHUNK_SIZE == 0, "blocks of whole chunks");
 // Message lines are collected into writes of about this size.
 const size_t LINE_BLOCK_SIZE = 1 << 16;
+// Logs at least this large have their messages walked on two threads.
+const size_t RUN_AHEAD_SIZE = 8u << 20;
+// Room kept for the walk ahead: an item per this many bytes, more than any
+// log can hold (an item's two tags alone take 27).
+const size_t RUN_AHEAD_ITEM_BYTES = 24;
 // Logs at least this large get the transparent huge page hint.
 const size_t HUGE_PAGE_HINT_SIZE = 4u << 20;
 
@@ -351,25 +360,54 @@ unsigned RebuildFile::DisplayMessageItems() {
     const bool tracing = (TheApp.Level() & (DEBUG_ITEMS | DEBUG_VALUES | DEBUG_FAILURES)) != 0;
     std::string lines;
     lines.reserve(LINE_BLOCK_SIZE);
-    while ((status = item.NextMessageItem(text, position, next, message)) == 0) {
-        position = next;
+    auto writeLine = [&](std::string_view text) {
         ++found;
-        if (message.size() + 3 > lines.capacity() - lines.size()) {
+        if (text.size() + 3 > lines.capacity() - lines.size()) {
             WriteLines(lines);
-            if (message.size() + 3 > lines.capacity()) {
+            if (text.size() + 3 > lines.capacity()) {
                 // A long message goes out from the log itself, not copied.
                 out.write("  ", 2);
-                out.write(message.data(), static_cast<std::streamsize>(message.size()));
+                out.write(text.data(), static_cast<std::streamsize>(text.size()));
                 out.write("\n", 1);
-                continue;
+                return;
             }
         }
         lines.append("  ", 2);
-        lines.append(message.data(), message.size());
+        lines.append(text.data(), text.size());
         lines.push_back('\n');
         if (tracing)
             WriteLines(lines);
+    };
+
+    // A large log's second half is walked at the same time on another
+    // thread; traces stay in order only with one walk.
+    std::unique_ptr<MessageWalkAhead> ahead;
+    if (!tracing && text.size() >= RUN_AHEAD_SIZE && std::thread::hardware_concurrency() > 1) {
+        const unsigned long from = static_cast<unsigned long>(text.size() / 2);
+        ahead = MessageWalkAhead::Start(text, from, (text.size() - from) / RUN_AHEAD_ITEM_BYTES + 1);
     }
+    while ((status = item.NextMessageItem(text, position, next, message)) == 0) {
+        position = next;
+        writeLine(message);
+        if (!ahead || position < ahead->From())
+            continue;
+        ahead->Wait();
+        std::size_t index = 0;
+        if (ahead->Passed(position, index)) {
+            const std::vector<MessageWalkAhead::Found_s>& items = ahead->Items();
+            for (; index < items.size(); ++index)
+                writeLine(items[index].message);
+            if (ahead->Ended()) {
+                status = ahead->Status();
+                break;
+            }
+            position = ahead->Last();
+            ahead.reset();
+        } else if (position > ahead->Last()) {
+            ahead.reset();
+        }
+    }
+    ahead.reset();
     WriteLines(lines);
     out << "\n"
         << "Found " << found << " messages.\n"
