@@ -294,23 +294,37 @@ struct TagStarts_s {
 namespace {
 
 // findIn within one item, through the noted places where they serve.
-std::string_view::size_type findTag(const char* item, std::string_view::size_type from,
-                                    std::string_view::size_type end, const Needle& needle,
-                                    const TagStarts_s* starts) {
+inline std::string_view::size_type findTag(const char* item, std::string_view::size_type from,
+                                           std::string_view::size_type end, const Needle& needle,
+                                           const TagStarts_s* starts) {
     const std::string_view::size_type length = needle.text.size();
-    if (starts == nullptr || !starts->complete || length == 0 || needle.text[0] != '<')
+    if (starts == nullptr || !starts->complete || length < 2 || needle.text[0] != '<')
         return findIn(item, from, end, needle);
     if (from > end || end - from < length)
         return NOT_FOUND;
     const std::string_view::size_type last = end - length; // last place a match can start
-    for (unsigned i = 0; i < starts->count; ++i) {
-        const std::string_view::size_type at = starts->at[i];
-        if (at < from)
+    const std::uint32_t* at = starts->at;
+    const std::uint32_t* const stop = starts->at + starts->count;
+    // The places rise; a few steps of halving pass those before `from`.
+    std::ptrdiff_t span = stop - at;
+    while (span > 4) {
+        const std::ptrdiff_t half = span / 2;
+        if (at[half - 1] < from) {
+            at += half;
+            span -= half;
+        } else {
+            span = half;
+        }
+    }
+    const char second = needle.text[1];
+    for (; at < stop; ++at) {
+        if (*at < from)
             continue;
-        if (at > last)
+        if (*at > last)
             break;
-        if (sameBytes(item + at, needle.text.data(), length))
-            return at;
+        // The byte after "<" tells most tags apart at once.
+        if (item[*at + 1] == second && sameBytes(item + *at, needle.text.data(), length))
+            return *at;
     }
     return NOT_FOUND;
 }
