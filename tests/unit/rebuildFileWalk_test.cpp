@@ -124,14 +124,19 @@ TEST(MessageWalkAheadTest, FindsWhatOneWalkFindsFromItsStart) {
     unsigned long position = from;
     unsigned long next = 0;
     std::size_t index = 0;
+    std::string lines;
     while (item.NextMessageItem(text, position, next, message) == 0) {
         ASSERT_LT(index, ahead->Items().size());
         EXPECT_EQ(next, ahead->Items()[index].end);
-        EXPECT_EQ(message, ahead->Items()[index].message);
+        const std::string line = "  " + std::string(message) + "\n";
+        EXPECT_EQ(line, ahead->LinesFrom(index).substr(0, line.size()));
+        lines += line;
         position = next;
         ++index;
     }
     EXPECT_EQ(index, ahead->Items().size());
+    EXPECT_EQ(lines, ahead->LinesFrom(0));
+    EXPECT_EQ("", ahead->LinesFrom(index));
     EXPECT_GT(index, 20u);
     EXPECT_EQ(ahead->Items().back().end, ahead->Last());
 }

@@ -38,8 +38,6 @@ const size_t RUN_AHEAD_SIZE = 8u << 20;
 // Room kept for the walk ahead: an item per this many bytes, more than any
 // log can hold (an item's two tags alone take 27).
 const size_t RUN_AHEAD_ITEM_BYTES = 24;
-// Logs at least this large get the transparent huge page hint.
-const size_t HUGE_PAGE_HINT_SIZE = 4u << 20;
 
 // Unnamed objects are looked up under this fixed ZID.
 const unsigned long long UNNAMED_LOOKUP_ZID = 127;
@@ -98,23 +96,6 @@ void RebuildFile::ReportMemoryFailure() {
             << "\n";
 }
 
-// A large log is faulted in 2 MiB pages where the system offers them, which
-// takes far less time than 4 KiB faults. Only advice: nothing changes if the
-// hint is not available or refused.
-void RebuildFile::AdviseHugePages() {
-#ifdef MADV_HUGEPAGE
-    if (text.capacity() < HUGE_PAGE_HINT_SIZE)
-        return;
-    const uintptr_t page = static_cast<uintptr_t>(sysconf(_SC_PAGESIZE));
-    if (page == 0 || (page & (page - 1)) != 0)
-        return;
-    uintptr_t begin = (reinterpret_cast<uintptr_t>(text.data()) + page - 1) & ~(page - 1);
-    uintptr_t end = (reinterpret_cast<uintptr_t>(text.data()) + text.capacity()) & ~(page - 1);
-    if (end > begin)
-        madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE);
-#endif
-}
-
 void RebuildFile::Load() {
     file = std::fopen(fileName.c_str(), "rb");
     if (file == nullptr) {
@@ -132,7 +113,7 @@ void RebuildFile::Load() {
         struct stat info;
         if (fstat(fileno(file), &info) == 0 && S_ISREG(info.st_mode) && info.st_size > 0) {
             text.reserve(static_cast<std::string::size_type>(info.st_size));
-            AdviseHugePages();
+            AdviseHugePages(text.data(), text.capacity());
         }
         // Blocks of whole chunks: a block starts at a multiple of the chunk
         // size, so its chunks are the ones a read of one chunk at a time
@@ -372,9 +353,7 @@ unsigned RebuildFile::DisplayMessageItems() {
                 return;
             }
         }
-        lines.append("  ", 2);
-        lines.append(text.data(), text.size());
-        lines.push_back('\n');
+        AppendMessageLine(lines, text);
         if (tracing)
             WriteLines(lines);
     };
@@ -394,9 +373,10 @@ unsigned RebuildFile::DisplayMessageItems() {
         ahead->Wait();
         std::size_t index = 0;
         if (ahead->Passed(position, index)) {
-            const std::vector<MessageWalkAhead::Found_s>& items = ahead->Items();
-            for (; index < items.size(); ++index)
-                writeLine(items[index].message);
+            const std::string_view aheadLines = ahead->LinesFrom(index);
+            found += ahead->Items().size() - index;
+            WriteLines(lines);
+            out.write(aheadLines.data(), static_cast<std::streamsize>(aheadLines.size()));
             if (ahead->Ended()) {
                 status = ahead->Status();
                 break;

@@ -44,7 +44,6 @@ public:
 private:
     void Load();
     void AppendChunks(const char* block, size_t size);
-    void AdviseHugePages();
     unsigned CheckRootElement() const;
     void ReportMemoryFailure();
     void CloseFile();

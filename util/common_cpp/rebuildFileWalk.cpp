@@ -5,8 +5,43 @@
 #include "util/common_cpp/actionHistory.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <new>
+#include <sys/mman.h>
+#include <unistd.h>
 #include <system_error>
+
+namespace {
+// Buffers at least this large get the transparent huge page hint.
+const std::size_t HUGE_PAGE_HINT_SIZE = 4u << 20;
+} // namespace
+
+// Only advice: nothing changes if the hint is not available or refused.
+void AdviseHugePages(const char* data, std::size_t size) {
+#ifdef MADV_HUGEPAGE
+    if (size < HUGE_PAGE_HINT_SIZE)
+        return;
+    const long pageSize = sysconf(_SC_PAGESIZE);
+    if (pageSize <= 0)
+        return;
+    const std::uintptr_t page = static_cast<std::uintptr_t>(pageSize);
+    if ((page & (page - 1)) != 0)
+        return;
+    const std::uintptr_t begin = (reinterpret_cast<std::uintptr_t>(data) + page - 1) & ~(page - 1);
+    const std::uintptr_t end = (reinterpret_cast<std::uintptr_t>(data) + size) & ~(page - 1);
+    if (end > begin)
+        madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE);
+#else
+    (void)data;
+    (void)size;
+#endif
+}
+
+void AppendMessageLine(std::string& lines, std::string_view message) {
+    lines.append("  ", 2);
+    lines.append(message.data(), message.size());
+    lines.push_back('\n');
+}
 
 std::unique_ptr<MessageWalkAhead> MessageWalkAhead::Start(const std::string& text,
                                                           unsigned long from, std::size_t limit) {
@@ -25,6 +60,8 @@ MessageWalkAhead::MessageWalkAhead(const std::string& log, unsigned long start, 
     // All the room up front: the walk never allocates, and pages are only
     // taken as they fill.
     items.reserve(limit);
+    lines.reserve(text.size() > from ? text.size() - from : 0);
+    AdviseHugePages(lines.data(), lines.capacity());
 }
 
 MessageWalkAhead::~MessageWalkAhead() {
@@ -42,6 +79,8 @@ void MessageWalkAhead::Run() {
     // shares a cache line with what this one writes for every item.
     std::vector<Found_s> found;
     found.swap(items);
+    std::string formatted;
+    formatted.swap(lines);
     bool done = false;
     unsigned result = 0;
     MessageItem item;
@@ -55,10 +94,12 @@ void MessageWalkAhead::Run() {
             result = step;
             break;
         }
-        found.push_back(Found_s{next, message});
+        AppendMessageLine(formatted, message);
+        found.push_back(Found_s{next, formatted.size()});
         position = next;
     }
     items.swap(found);
+    lines.swap(formatted);
     ended = done;
     status = result;
 }
@@ -75,6 +116,11 @@ bool MessageWalkAhead::Passed(unsigned long position, std::size_t& index) const 
         return false;
     index = static_cast<std::size_t>(at - items.begin()) + 1;
     return true;
+}
+
+std::string_view MessageWalkAhead::LinesFrom(std::size_t index) const {
+    const std::size_t begin = index == 0 ? 0 : items[index - 1].lineEnd;
+    return std::string_view(lines).substr(begin);
 }
 
 unsigned long MessageWalkAhead::Last() const { return items.empty() ? from : items.back().end; }
