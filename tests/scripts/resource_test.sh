@@ -107,7 +107,9 @@ D
 check seek " Message record section will be skipped." -V 0x40000004 vbf seek.vbf
 
 # Rebuild logs of 32 MB: an item whose closing tag never comes, a million
-# items of which only the last is closed, and one line without any tag.
+# items of which only the last is closed, and one line without any tag; and,
+# for the message walk split over two threads, the smallest items there can
+# be and items that are almost all message text.
 python3 - <<'P'
 n = 32 * 1024 * 1024
 with open("open_item.xml", "w") as f:
@@ -117,8 +119,17 @@ with open("one_closed.xml", "w") as f:
             "<key v=\"1\"/><m><info>last</info></m></messageItem></messageHistory></rebuildLog>")
 with open("no_tags.xml", "w") as f:
     f.write("<rebuildLog>" + "y" * n + "</rebuildLog>")
+small = "<messageItem><key v=\"1\"/><m><info>x</info></m></messageItem>"
+with open("small_items.xml", "w") as f:
+    f.write("<rebuildLog><messageHistory>" + small * (n // len(small)) + "</messageHistory></rebuildLog>")
+text = "z" * (1024 * 1024)
+long = "<messageItem><key v=\"1\"/><m><info>" + text + "</info></m></messageItem>"
+with open("long_messages.xml", "w") as f:
+    f.write("<rebuildLog><messageHistory>" + long * 32 + "</messageHistory></rebuildLog>")
 P
 check open_item "Unable to process complete file: 20162" rtf open_item.xml
 check one_closed "Found 1 messages." rtf one_closed.xml
 check no_tags "Found 0 items that were deleted or truncated." rtf no_tags.xml
+check small_items "Found 559240 messages." rtf small_items.xml
+check long_messages "Found 32 messages." rtf long_messages.xml
 exit "$fail"
