@@ -182,6 +182,30 @@ HOT inline const char* findByte(const char* p, const char* end, char c) {
     return static_cast<const char*>(std::memchr(p, c, static_cast<size_t>(end - p)));
 }
 
+// The first '"' or zero byte in [p, end), or null.
+HOT inline const char* findQuoteOrZero(const char* p, const char* end) {
+    const std::uint64_t quotes = ONES * static_cast<unsigned char>('"');
+    while (end - p >= 8) {
+        std::uint64_t word;
+        std::memcpy(&word, p, sizeof(word));
+        const std::uint64_t mask = zeroBytes(word ^ quotes) | zeroBytes(word);
+        if (mask != 0) {
+#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__ && defined(__GNUC__)
+            return p + (static_cast<unsigned>(__builtin_ctzll(mask)) >> 3);
+#else
+            while (*p != '"' && *p != '\0')
+                ++p;
+            return p;
+#endif
+        }
+        p += 8;
+    }
+    for (; p < end; ++p)
+        if (*p == '"' || *p == '\0')
+            return p;
+    return nullptr;
+}
+
 // memcmp(a, b, n) == 0 for the short texts of tags, by overlapping words.
 HOT inline bool sameBytes(const char* a, const char* b, std::string_view::size_type n) {
     if (n >= 8 && n <= 16) {
@@ -535,8 +559,9 @@ HOT inline unsigned locateValueIn(std::string_view item, const TagStarts_s* star
     if (hit == NOT_FOUND || findByte(data, data + hit, '\0') != nullptr)
         return QVS::zERR_LIB_SEARCH_STRING_NOT_FOUND;
     const char* start = data + hit + key.text.size();
-    const char* quote = findByte(start, data + item.size(), '"');
-    if (quote == nullptr || findByte(start, quote, '\0') != nullptr)
+    // No quote, or a zero byte before it: one search for whichever comes first.
+    const char* quote = findQuoteOrZero(start, data + item.size());
+    if (quote == nullptr || *quote == '\0')
         return QVS::zERR_LIB_QUOTE_NOT_FOUND;
     *begin = start;
     *close = quote;
