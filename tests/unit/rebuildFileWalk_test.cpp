@@ -240,4 +240,82 @@ TEST(DisplayMessageItemsTwoThreadsTest, MissingClosingTagAtTheEndGivesItsStatus)
     expectSameAsOneWalk(log, QVS::zERR_XML_END_TAG_NOT_FOUND);
 }
 
+// The first TOD item of a large log is searched for in two halves at once.
+std::string todItem() {
+    return "<todItem><key v=\"1\"/><zid v=\"0x118\"/><pZid v=\"0x5\"/><volumeID "
+           "v=\"01234567-89ab-cdef-01-23-456789abcdef\"/><flag v=\"0x8101\"/><nameSpace "
+           "v=\"2\"/><nameType v=\"0\"/><fileName>a.dat</fileName></todItem>";
+}
+
+// What DisplayTODItems prints for a small log (one search) holding the item.
+std::string todOutputAlone() {
+    LogFile file("<rebuildLog>" + todItem() + "</rebuildLog>");
+    std::ostringstream out;
+    RebuildFile rf(file.path(), out, 0);
+    EXPECT_EQ(0u, rf.DisplayTODItems());
+    return out.str();
+}
+
+// A log of more than 8 MiB of messages with the TOD item placed so that it
+// starts `offset` bytes from the middle (negative: before it).
+std::string largeLogWithTODItemAt(long offset) {
+    const std::string head = "<rebuildLog><messageHistory>" + items(1, 50000);
+    const std::string tail = items(70001, 50000) + "</messageHistory></rebuildLog>\n";
+    // Padding before the item moves it; the middle moves by half as much.
+    const long total = static_cast<long>(head.size() + todItem().size() + tail.size());
+    const long place = static_cast<long>(head.size());
+    const long padding = 2 * (total / 2 + offset - place);
+    if (padding < 0)
+        return "";
+    std::string log = head + std::string(static_cast<std::size_t>(padding), ' ') + todItem() + tail;
+    return log;
+}
+
+void expectTheTODItemFound(long offset) {
+    const std::string log = largeLogWithTODItemAt(offset);
+    ASSERT_GE(log.size(), 8u << 20);
+    const long middle = static_cast<long>(log.size() / 2);
+    ASSERT_EQ(middle + offset, static_cast<long>(log.find("<todItem>")));
+    LogFile file(log);
+    std::ostringstream out;
+    RebuildFile rf(file.path(), out, 0);
+    EXPECT_EQ(0u, rf.DisplayTODItems());
+    EXPECT_EQ(todOutputAlone(), out.str());
+    EXPECT_NE(std::string::npos, out.str().find("Found 1 items"));
+}
+
+TEST(FirstTODItemTest, FoundWhereverItLiesAroundTheMiddle) {
+    for (long offset : {-1000L, -9L, -8L, -1L, 0L, 1L, 1000L})
+        expectTheTODItemFound(offset);
+}
+
+TEST(FirstTODItemTest, FoundNearTheStartAndNearTheEnd) {
+    const std::string log = "<rebuildLog>" + todItem() + "<messageHistory>" + items(1, 120000) +
+                            todItem() + "</messageHistory></rebuildLog>\n";
+    ASSERT_GE(log.size(), 8u << 20);
+    LogFile file(log);
+    std::ostringstream out;
+    RebuildFile rf(file.path(), out, 0);
+    EXPECT_EQ(0u, rf.DisplayTODItems());
+    EXPECT_NE(std::string::npos, out.str().find("Found 2 items"));
+
+    const std::string last = "<rebuildLog><messageHistory>" + items(1, 120000) + todItem() +
+                             "</messageHistory></rebuildLog>\n";
+    LogFile lastFile(last);
+    std::ostringstream lastOut;
+    RebuildFile lastRf(lastFile.path(), lastOut, 0);
+    EXPECT_EQ(0u, lastRf.DisplayTODItems());
+    EXPECT_EQ(todOutputAlone(), lastOut.str());
+}
+
+TEST(FirstTODItemTest, NoneInALargeLogOfMessages) {
+    const std::string log = largeLog(items(50001, 10));
+    LogFile file(log);
+    std::ostringstream out;
+    RebuildFile rf(file.path(), out, 0);
+    EXPECT_EQ(0u, rf.DisplayTODItems());
+    EXPECT_EQ("\nFound 0 items that were deleted or truncated.\n  Ignored 0 expected items.\n",
+              out.str());
+}
+
 } // namespace

@@ -694,6 +694,11 @@ unsigned LocateTagContentsIn(std::string_view window, std::string_view tag, unsi
     return 0;
 }
 
+std::string_view::size_type FindTextIn(std::string_view window, std::string_view needle,
+                                       std::string_view::size_type start) {
+    return findIn(window.data(), start, window.size(), Needle(needle));
+}
+
 unsigned LocateTagInclusiveIn(std::string_view window, std::string_view tag, unsigned long start,
                               unsigned long* first, unsigned long* endPos) {
     if (tag.empty())

@@ -45,6 +45,11 @@ unsigned LocateTagContentsIn(std::string_view window, std::string_view tag, unsi
 unsigned LocateTagInclusiveIn(std::string_view window, std::string_view tag, unsigned long start,
                               unsigned long* first, unsigned long* endPos);
 
+// Where `needle` first lies wholly inside `window` at or after `start`, found
+// as the walks find their next item; npos when nowhere.
+std::string_view::size_type FindTextIn(std::string_view window, std::string_view needle,
+                                       std::string_view::size_type start);
+
 // Where "<" stands in one item, noted by the walks (actionHistory.cpp).
 struct TagStarts_s;
 

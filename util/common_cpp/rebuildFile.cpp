@@ -210,10 +210,40 @@ void RebuildFile::WriteTotals(unsigned long found, unsigned long ignored) {
         << "\n";
 }
 
+// Where the walk of the TOD items may start: at the first "<todItem>", as a
+// walk from 0 would find it, or at the end when there is none. A large log
+// (most often one of messages only, searched to its end in vain) is searched
+// in two halves at once.
+unsigned long RebuildFile::FirstTODItemPlace() const {
+    const std::string_view log(text);
+    const std::string_view tag(TOD_ITEM_TAG);
+    std::string_view::size_type first = std::string_view::npos;
+    std::string_view::size_type second = std::string_view::npos;
+    std::thread other;
+    const std::string_view::size_type middle = log.size() / 2;
+    if (log.size() >= RUN_AHEAD_SIZE && std::thread::hardware_concurrency() > 1) {
+        try {
+            other = std::thread([&] { second = FindTextIn(log, tag, middle); });
+        } catch (const std::exception&) {
+            // No second thread: one search does it all.
+        }
+    }
+    if (other.joinable()) {
+        // The first half reaches as far as a tag that begins in it.
+        first = FindTextIn(log.substr(0, middle + tag.size() - 1), tag, 0);
+        other.join();
+        if (first == std::string_view::npos)
+            first = second;
+    } else {
+        first = FindTextIn(log, tag, 0);
+    }
+    return static_cast<unsigned long>(first == std::string_view::npos ? log.size() : first);
+}
+
 unsigned RebuildFile::DisplayTODItems() {
     TODItem item;
     std::string_view name = item.FileName();
-    unsigned long position = 0;
+    unsigned long position = FirstTODItemPlace();
     unsigned long next = 0;
     unsigned long found = 0;
     unsigned long ignored = 0;
@@ -295,7 +325,7 @@ void RebuildFile::WriteNamedLookup(VFSManageCmd& command, const TODItem& item,
 unsigned long RebuildFile::ProcessTODItems(const char* channelArg) {
     TODItem item;
     std::string_view name = item.FileName();
-    unsigned long position = 0;
+    unsigned long position = FirstTODItemPlace();
     unsigned long next = 0;
     unsigned long found = 0;
     unsigned long ignored = 0;

@@ -51,6 +51,7 @@ private:
     void WriteNamedLookup(VFSManageCmd& command, const TODItem& item, std::string_view name);
     void WriteItemEnd(const TODItem& item);
     void WriteTotals(unsigned long found, unsigned long ignored);
+    unsigned long FirstTODItemPlace() const;
     void WriteLines(std::string& lines);
 
     std::string fileName;
