@@ -278,6 +278,12 @@ std::string_view::size_type findIn(const char* base, std::string_view::size_type
     if (length == 0)
         return from;
     const char* wanted = needle.text.data();
+    // The next item of a walk most often starts right there or after one
+    // line break.
+    if (sameBytes(base + from, wanted, length))
+        return from;
+    if (end - from > length && sameBytes(base + from + 1, wanted, length))
+        return from + 1;
     const char anchor = wanted[needle.anchor];
     const char* p = base + from + needle.anchor;
     const char* stop = base + (end - length) + needle.anchor + 1; // past the last anchor place
@@ -484,8 +490,11 @@ HOT inline unsigned locateItem(const char* text, std::string_view::size_type siz
             static_cast<std::uint64_t>(lt - item) > UINT32_MAX)
             return 2;
         starts->at[starts->count++] = static_cast<std::uint32_t>(lt - item);
-        return lt >= closeFrom && static_cast<std::string_view::size_type>(end - lt) >= length &&
-                       lt[1] == '/' && sameBytes(lt, tag.close.text.data(), length)
+        // The closing tag's first four bytes first: true about once per
+        // item, where the byte after "<" alone is true at every closing tag.
+        return static_cast<std::string_view::size_type>(end - lt) >= length &&
+                       (length < 4 || sameBytes(lt, tag.close.text.data(), 4)) && lt >= closeFrom &&
+                       sameBytes(lt, tag.close.text.data(), length)
                    ? 1
                    : 0;
     };
