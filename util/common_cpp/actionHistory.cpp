@@ -389,6 +389,8 @@ constexpr bool closes(std::string_view open, std::string_view close) {
 TAG_PAIR(MESSAGE_ITEM_TAGS, "<messageItem>", "</messageItem>");
 TAG_PAIR(TOD_ITEM_TAGS, "<todItem>", "</todItem>");
 TAG_PAIR(MESSAGE_TEXT_TAGS, "<m>", "</m>");
+static_assert(MESSAGE_ITEM_TAGS.close.text.size() >= 4 && TOD_ITEM_TAGS.close.text.size() >= 4,
+              "the walks test four bytes of an item's closing tag at once");
 TAG_PAIR(FILE_NAME_TAGS, "<fileName>", "</fileName>");
 TAG_PAIR(WARNING_TAGS, "<warning", "</warning");
 TAG_PAIR(INFO_TAGS, "<info", "</info");
@@ -490,10 +492,11 @@ HOT inline unsigned locateItem(const char* text, std::string_view::size_type siz
             static_cast<std::uint64_t>(lt - item) > UINT32_MAX)
             return 2;
         starts->at[starts->count++] = static_cast<std::uint32_t>(lt - item);
-        // The closing tag's first four bytes first: true about once per
-        // item, where the byte after "<" alone is true at every closing tag.
+        // The closing tag's first four bytes first (item tags close with at
+        // least four): true about once per item, where the byte after "<"
+        // alone is true at every closing tag.
         return static_cast<std::string_view::size_type>(end - lt) >= length &&
-                       (length < 4 || sameBytes(lt, tag.close.text.data(), 4)) && lt >= closeFrom &&
+                       sameBytes(lt, tag.close.text.data(), 4) && lt >= closeFrom &&
                        sameBytes(lt, tag.close.text.data(), length)
                    ? 1
                    : 0;
