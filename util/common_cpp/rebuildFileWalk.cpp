@@ -7,9 +7,10 @@
 #include <algorithm>
 #include <cstdint>
 #include <new>
+#include <system_error>
+
 #include <sys/mman.h>
 #include <unistd.h>
-#include <system_error>
 
 namespace {
 // Buffers at least this large get the transparent huge page hint.
@@ -87,16 +88,22 @@ void MessageWalkAhead::Run() {
     std::string_view message;
     unsigned long position = from;
     unsigned long next = 0;
-    while (found.size() < found.capacity() && !stop.load(std::memory_order_relaxed)) {
-        unsigned step = item.NextMessageItem(text, position, next, message);
-        if (step != 0) {
-            done = true;
-            result = step;
-            break;
+    try {
+        while (found.size() < found.capacity() && !stop.load(std::memory_order_relaxed)) {
+            unsigned step = item.NextMessageItem(text, position, next, message);
+            if (step != 0) {
+                done = true;
+                result = step;
+                break;
+            }
+            AppendMessageLine(formatted, message);
+            found.push_back(Found_s{next, formatted.size()});
+            position = next;
         }
-        AppendMessageLine(formatted, message);
-        found.push_back(Found_s{next, formatted.size()});
-        position = next;
+    } catch (const std::bad_alloc&) {
+        // Lines longer than their items cannot be, but should the room run
+        // out, the walk stops here as at its limit: an append that fails
+        // leaves the lines as they were, matching the items kept.
     }
     items.swap(found);
     lines.swap(formatted);
