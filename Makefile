@@ -53,7 +53,6 @@ fuzz-build: deps
 fuzz: fuzz-build
 	bash fuzz/run.sh fuzz $(FUZZ_DIR) $(FUZZ_SECONDS)
 
-# Replays every committed corpus and fuzzes each target briefly.
 # The code that runs on two threads (the split message walk), under
 # ThreadSanitizer.
 test-threads: deps
@@ -63,6 +62,7 @@ test-threads: deps
 	TSAN_OPTIONS=halt_on_error=1 $(THREADS_DIR)/tests/rebuildFileWalk_test
 	TSAN_OPTIONS=halt_on_error=1 $(THREADS_DIR)/tests/rebuildFile_test
 
+# Replays every committed corpus and fuzzes each target briefly.
 fuzz-check: fuzz-build
 	bash fuzz/run.sh check $(FUZZ_DIR) $(CHECK_FUZZ_SECONDS)
 

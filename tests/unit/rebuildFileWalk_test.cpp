@@ -6,6 +6,8 @@
 #include "util/common_cpp/rebuildFile.h"
 #include "util/support/qvsStatus.h"
 
+#include "tests/unit/logfile_testutil.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -72,22 +74,24 @@ std::string firstDifference(const std::string& expected, const std::string& actu
            std::to_string(expected.size()) + " and " + std::to_string(actual.size()) + ")";
 }
 
-// A scratch file that is removed again.
-class LogFile {
-public:
-    explicit LogFile(const std::string& contents) {
-        static int serial = 0;
-        path_ = testing::TempDir() + "rebuildFileWalk_test_" + std::to_string(getpid()) + "_" +
-                std::to_string(serial++) + ".xml";
-        std::ofstream file(path_, std::ios::binary);
-        file.write(contents.data(), static_cast<std::streamsize>(contents.size()));
-    }
-    ~LogFile() { std::remove(path_.c_str()); }
-    const std::string& path() const { return path_; }
 
-private:
-    std::string path_;
+// What one display operation printed for a log, and the status it returned.
+struct Shown {
+    unsigned status;
+    std::string text;
 };
+
+template <typename Display>
+Shown show(const std::string& log, Display display) {
+    LogFile file(log);
+    std::ostringstream out;
+    RebuildFile rf(file.path(), out, 0);
+    const unsigned status = (rf.*display)();
+    return Shown{status, out.str()};
+}
+
+Shown showMessages(const std::string& log) { return show(log, &RebuildFile::DisplayMessageItems); }
+Shown showTODItems(const std::string& log) { return show(log, &RebuildFile::DisplayTODItems); }
 
 // A log of more than 8 MiB (large enough to be walked on two threads) whose
 // middle falls inside `middle`, at about its middle.
@@ -99,14 +103,11 @@ std::string largeLog(const std::string& middle, const std::string& messagesEnd =
 
 void expectSameAsOneWalk(const std::string& log, unsigned expectedStatus) {
     ASSERT_GE(log.size(), 8u << 20);
-    LogFile file(log);
-    std::ostringstream out;
-    RebuildFile rf(file.path(), out, 0);
-    OneWalk alone = walkAlone(rf.Text());
+    OneWalk alone = walkAlone(log);
     EXPECT_EQ(expectedStatus, alone.status);
-    unsigned status = rf.DisplayMessageItems();
-    EXPECT_EQ(alone.status == QVS::zERR_RAV_EOL ? 0u : alone.status, status);
-    EXPECT_EQ("", firstDifference(expectedOutput(alone), out.str()));
+    const Shown shown = showMessages(log);
+    EXPECT_EQ(alone.status == QVS::zERR_RAV_EOL ? 0u : alone.status, shown.status);
+    EXPECT_EQ("", firstDifference(expectedOutput(alone), shown.text));
 }
 
 TEST(MessageWalkAheadTest, FindsWhatOneWalkFindsFromItsStart) {
@@ -190,17 +191,15 @@ TEST(MessageWalkAheadTest, DestroyingARunningWalkStopsIt) {
 
 TEST(DisplayMessageItemsTwoThreadsTest, LargeWholeLogPrintsEveryMessageInOrder) {
     const std::string log = largeLog(items(50001, 20000));
-    LogFile file(log);
-    std::ostringstream out;
-    RebuildFile rf(file.path(), out, 0);
-    EXPECT_EQ(0u, rf.DisplayMessageItems());
-    const std::string text = out.str();
+    const Shown shown = showMessages(log);
+    EXPECT_EQ(0u, shown.status);
+    const std::string& text = shown.text;
     EXPECT_EQ(0u, text.find("Rebuild messages\n  Object 1 was checked.\n  Object 2 was checked.\n"));
     EXPECT_NE(std::string::npos, text.find("\n  Object 59999 was checked.\n  Object 60000 was checked.\n"
                                            "  Object 60001 was checked.\n"));
     EXPECT_NE(std::string::npos,
               text.find("\n  Object 120000 was checked.\n\nFound 120000 messages.\n\n"));
-    OneWalk alone = walkAlone(rf.Text());
+    OneWalk alone = walkAlone(log);
     EXPECT_EQ("", firstDifference(expectedOutput(alone), text));
 }
 
@@ -249,11 +248,9 @@ std::string todItem() {
 
 // What DisplayTODItems prints for a small log (one search) holding the item.
 std::string todOutputAlone() {
-    LogFile file("<rebuildLog>" + todItem() + "</rebuildLog>");
-    std::ostringstream out;
-    RebuildFile rf(file.path(), out, 0);
-    EXPECT_EQ(0u, rf.DisplayTODItems());
-    return out.str();
+    const Shown shown = showTODItems("<rebuildLog>" + todItem() + "</rebuildLog>");
+    EXPECT_EQ(0u, shown.status);
+    return shown.text;
 }
 
 // A log of more than 8 MiB of messages with the TOD item placed so that it
@@ -276,12 +273,10 @@ void expectTheTODItemFound(long offset) {
     ASSERT_GE(log.size(), 8u << 20);
     const long middle = static_cast<long>(log.size() / 2);
     ASSERT_EQ(middle + offset, static_cast<long>(log.find("<todItem>")));
-    LogFile file(log);
-    std::ostringstream out;
-    RebuildFile rf(file.path(), out, 0);
-    EXPECT_EQ(0u, rf.DisplayTODItems());
-    EXPECT_EQ(todOutputAlone(), out.str());
-    EXPECT_NE(std::string::npos, out.str().find("Found 1 items"));
+    const Shown shown = showTODItems(log);
+    EXPECT_EQ(0u, shown.status);
+    EXPECT_EQ(todOutputAlone(), shown.text);
+    EXPECT_NE(std::string::npos, shown.text.find("Found 1 items"));
 }
 
 TEST(FirstTODItemTest, FoundWhereverItLiesAroundTheMiddle) {
@@ -293,29 +288,22 @@ TEST(FirstTODItemTest, FoundNearTheStartAndNearTheEnd) {
     const std::string log = "<rebuildLog>" + todItem() + "<messageHistory>" + items(1, 120000) +
                             todItem() + "</messageHistory></rebuildLog>\n";
     ASSERT_GE(log.size(), 8u << 20);
-    LogFile file(log);
-    std::ostringstream out;
-    RebuildFile rf(file.path(), out, 0);
-    EXPECT_EQ(0u, rf.DisplayTODItems());
-    EXPECT_NE(std::string::npos, out.str().find("Found 2 items"));
+    const Shown both = showTODItems(log);
+    EXPECT_EQ(0u, both.status);
+    EXPECT_NE(std::string::npos, both.text.find("Found 2 items"));
 
     const std::string last = "<rebuildLog><messageHistory>" + items(1, 120000) + todItem() +
                              "</messageHistory></rebuildLog>\n";
-    LogFile lastFile(last);
-    std::ostringstream lastOut;
-    RebuildFile lastRf(lastFile.path(), lastOut, 0);
-    EXPECT_EQ(0u, lastRf.DisplayTODItems());
-    EXPECT_EQ(todOutputAlone(), lastOut.str());
+    const Shown lastOnly = showTODItems(last);
+    EXPECT_EQ(0u, lastOnly.status);
+    EXPECT_EQ(todOutputAlone(), lastOnly.text);
 }
 
 TEST(FirstTODItemTest, NoneInALargeLogOfMessages) {
-    const std::string log = largeLog(items(50001, 10));
-    LogFile file(log);
-    std::ostringstream out;
-    RebuildFile rf(file.path(), out, 0);
-    EXPECT_EQ(0u, rf.DisplayTODItems());
+    const Shown shown = showTODItems(largeLog(items(50001, 10)));
+    EXPECT_EQ(0u, shown.status);
     EXPECT_EQ("\nFound 0 items that were deleted or truncated.\n  Ignored 0 expected items.\n",
-              out.str());
+              shown.text);
 }
 
 } // namespace

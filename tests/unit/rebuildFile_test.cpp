@@ -3,6 +3,8 @@
 #include "util/support/qvsError.h"
 #include "util/support/qvsStatus.h"
 
+#include "tests/unit/logfile_testutil.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -18,22 +20,6 @@ namespace {
 
 const char GUID_TEXT[] = "01234567-89ab-cdef-01-23-456789abcdef";
 
-// A scratch file that is removed again.
-class LogFile {
-public:
-    explicit LogFile(const std::string& contents) {
-        static int serial = 0;
-        path_ = testing::TempDir() + "rebuildFile_test_" + std::to_string(getpid()) + "_" +
-                std::to_string(serial++) + ".xml";
-        std::ofstream file(path_, std::ios::binary);
-        file.write(contents.data(), static_cast<std::streamsize>(contents.size()));
-    }
-    ~LogFile() { std::remove(path_.c_str()); }
-    const std::string& path() const { return path_; }
-
-private:
-    std::string path_;
-};
 
 std::string todItem(unsigned key, const std::string& flag, const std::string& zid,
                     const std::string& pZid, const std::string& named = "") {

@@ -155,6 +155,21 @@ HOT inline std::uint64_t zeroBytes(std::uint64_t word) {
     return ~(((word & LOW_SEVEN) + LOW_SEVEN) | word | LOW_SEVEN);
 }
 
+// The first byte of the word at `p` whose mark (0x80, from zeroBytes) is set
+// in `mask`, which is not zero.
+HOT inline const char* firstMarked(const char* p, std::uint64_t mask) {
+#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__ && defined(__GNUC__)
+    return p + (static_cast<unsigned>(__builtin_ctzll(mask)) >> 3);
+#else
+    unsigned char marks[sizeof(mask)];
+    std::memcpy(marks, &mask, sizeof(mask));
+    unsigned i = 0;
+    while (marks[i] == 0)
+        ++i;
+    return p + i;
+#endif
+}
+
 // memchr of `c` in [p, end).
 HOT inline const char* findByte(const char* p, const char* end, char c) {
     const std::uint64_t pattern = ONES * static_cast<unsigned char>(c);
@@ -163,15 +178,8 @@ HOT inline const char* findByte(const char* p, const char* end, char c) {
         std::uint64_t word;
         std::memcpy(&word, p, sizeof(word));
         std::uint64_t mask = zeroBytes(word ^ pattern);
-        if (mask != 0) {
-#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__ && defined(__GNUC__)
-            return p + (static_cast<unsigned>(__builtin_ctzll(mask)) >> 3);
-#else
-            while (*p != c)
-                ++p;
-            return p;
-#endif
-        }
+        if (mask != 0)
+            return firstMarked(p, mask);
         p += 8;
     }
     for (; p < inlineEnd; ++p)
@@ -189,15 +197,8 @@ HOT inline const char* findQuoteOrZero(const char* p, const char* end) {
         std::uint64_t word;
         std::memcpy(&word, p, sizeof(word));
         const std::uint64_t mask = zeroBytes(word ^ quotes) | zeroBytes(word);
-        if (mask != 0) {
-#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__ && defined(__GNUC__)
-            return p + (static_cast<unsigned>(__builtin_ctzll(mask)) >> 3);
-#else
-            while (*p != '"' && *p != '\0')
-                ++p;
-            return p;
-#endif
-        }
+        if (mask != 0)
+            return firstMarked(p, mask);
         p += 8;
     }
     for (; p < end; ++p)
@@ -286,34 +287,29 @@ std::string_view::size_type findIn(const char* base, std::string_view::size_type
         return from + 1;
     const char anchor = wanted[needle.anchor];
     const char* p = base + from + needle.anchor;
-    const char* stop = base + (end - length) + needle.anchor + 1; // past the last anchor place
-#ifdef __SSE2__
+    const char* const stop = base + (end - length) + needle.anchor + 1; // past the last anchor place
     // Near targets (the next item, a tag of this one) are found by the anchor
-    // byte before the filter pays for itself.
-    if (length >= 2 && stop - p > static_cast<std::ptrdiff_t>(PAIR_FILTER_LENGTH)) {
-        const char* nearStop = p + PAIR_FILTER_LENGTH;
-        while (p < nearStop) {
-            const char* hit = findByte(p, nearStop, anchor);
-            if (hit == nullptr)
-                break;
-            const char* candidate = hit - needle.anchor;
-            if (sameBytes(candidate, wanted, length))
-                return static_cast<std::string_view::size_type>(candidate - base);
-            p = hit + 1;
-        }
-        const char* found = pairSearch(nearStop - needle.anchor, stop - needle.anchor - 1, needle);
-        return found ? static_cast<std::string_view::size_type>(found - base) : NOT_FOUND;
-    }
+    // byte; farther on, the two-byte filter pays for itself.
+    const char* anchorStop = stop;
+#ifdef __SSE2__
+    if (length >= 2 && stop - p > static_cast<std::ptrdiff_t>(PAIR_FILTER_LENGTH))
+        anchorStop = p + PAIR_FILTER_LENGTH;
 #endif
-    while (p < stop) {
-        const char* hit = findByte(p, stop, anchor);
+    while (p < anchorStop) {
+        const char* hit = findByte(p, anchorStop, anchor);
         if (hit == nullptr)
-            return NOT_FOUND;
+            break;
         const char* candidate = hit - needle.anchor;
         if (sameBytes(candidate, wanted, length))
             return static_cast<std::string_view::size_type>(candidate - base);
         p = hit + 1;
     }
+#ifdef __SSE2__
+    if (anchorStop != stop) {
+        const char* found = pairSearch(anchorStop - needle.anchor, stop - needle.anchor - 1, needle);
+        return found ? static_cast<std::string_view::size_type>(found - base) : NOT_FOUND;
+    }
+#endif
     return NOT_FOUND;
 }
 

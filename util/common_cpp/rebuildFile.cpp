@@ -16,13 +16,9 @@
 #include <memory>
 #include <optional>
 #include <stdexcept>
-#include <cstdint>
 #include <string_view>
 #include <thread>
-#include <vector>
-#include <sys/mman.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace {
 
@@ -33,8 +29,6 @@ const size_t READ_BLOCK_SIZE = 64 * RebuildFile::CHUNK_SIZE;
 static_assert(READ_BLOCK_SIZE % RebuildFile::CHUNK_SIZE == 0, "blocks of whole chunks");
 // Message lines are collected into writes of about this size.
 const size_t LINE_BLOCK_SIZE = 1 << 16;
-// Logs at least this large have their messages walked on two threads.
-const size_t RUN_AHEAD_SIZE = 8u << 20;
 // Room kept for the walk ahead: an item per this many bytes, more than any
 // log can hold (an item's two tags alone take 27).
 const size_t RUN_AHEAD_ITEM_BYTES = 24;
@@ -221,7 +215,7 @@ unsigned long RebuildFile::FirstTODItemPlace() const {
     std::string_view::size_type second = std::string_view::npos;
     std::thread other;
     const std::string_view::size_type middle = log.size() / 2;
-    if (log.size() >= RUN_AHEAD_SIZE && std::thread::hardware_concurrency() > 1) {
+    if (WorthTwoThreads(log.size())) {
         try {
             other = std::thread([&] { second = FindTextIn(log, tag, middle); });
         } catch (const std::exception&) {
@@ -391,7 +385,7 @@ unsigned RebuildFile::DisplayMessageItems() {
     // A large log's second half is walked at the same time on another
     // thread; traces stay in order only with one walk.
     std::unique_ptr<MessageWalkAhead> ahead;
-    if (!tracing && text.size() >= RUN_AHEAD_SIZE && std::thread::hardware_concurrency() > 1) {
+    if (!tracing && WorthTwoThreads(text.size())) {
         const unsigned long from = static_cast<unsigned long>(text.size() / 2);
         ahead = MessageWalkAhead::Start(text, from, (text.size() - from) / RUN_AHEAD_ITEM_BYTES + 1);
     }

@@ -15,7 +15,13 @@
 namespace {
 // Buffers at least this large get the transparent huge page hint.
 const std::size_t HUGE_PAGE_HINT_SIZE = 4u << 20;
+// Logs at least this large are walked and searched on two threads.
+const std::size_t TWO_THREADS_SIZE = 8u << 20;
 } // namespace
+
+bool WorthTwoThreads(std::size_t size) {
+    return size >= TWO_THREADS_SIZE && std::thread::hardware_concurrency() > 1;
+}
 
 // Only advice: nothing changes if the hint is not available or refused.
 void AdviseHugePages(const char* data, std::size_t size) {

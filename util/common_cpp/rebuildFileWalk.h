@@ -23,6 +23,10 @@
 #include <thread>
 #include <vector>
 
+// Whether a log of `size` bytes is worth walking or searching on two threads:
+// large enough, and a second processor to run on.
+bool WorthTwoThreads(std::size_t size);
+
 // Large buffers (a whole log, the lines of half of one) are faulted in 2 MiB
 // pages where the system offers them, which takes far less time than 4 KiB
 // faults.
@@ -34,7 +38,7 @@ void AppendMessageLine(std::string& lines, std::string_view message);
 class MessageWalkAhead {
 public:
     // One message item found: where its walk step ended, and where its line
-    // ends in Lines().
+    // ends among the walk's lines.
     struct Found_s {
         unsigned long end;
         std::size_t lineEnd;
