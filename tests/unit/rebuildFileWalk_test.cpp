@@ -1,5 +1,6 @@
-// rebuildFileWalk_test.cpp - the message walk split over two threads gives
-// what one walk gives, on whole and on damaged logs.
+// rebuildFileWalk_test.cpp - the message walk split over two threads, and
+// begun while the log is read, gives what one walk gives, on whole and on
+// damaged logs; the first TOD item is found while the log is read.
 #include "util/common_cpp/rebuildFileWalk.h"
 
 #include "util/common_cpp/actionHistory.h"
@@ -11,11 +12,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstddef>
 #include <cstdio>
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <thread>
 #include <unistd.h>
 
 namespace {
@@ -91,6 +94,17 @@ Shown show(const std::string& log, Display display) {
 }
 
 Shown showMessages(const std::string& log) { return show(log, &RebuildFile::DisplayMessageItems); }
+
+// The same with a pause between the load and the display, in which the walk
+// begun during the load goes on as far as it may.
+Shown showMessagesAfterAPause(const std::string& log) {
+    LogFile file(log);
+    std::ostringstream out;
+    RebuildFile rf(file.path(), out, 0);
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    const unsigned status = rf.DisplayMessageItems();
+    return Shown{status, out.str()};
+}
 Shown showTODItems(const std::string& log) { return show(log, &RebuildFile::DisplayTODItems); }
 
 // A log of more than 8 MiB (large enough to be walked on two threads) whose
@@ -105,9 +119,13 @@ void expectSameAsOneWalk(const std::string& log, unsigned expectedStatus) {
     ASSERT_GE(log.size(), 8u << 20);
     OneWalk alone = walkAlone(log);
     EXPECT_EQ(expectedStatus, alone.status);
+    const unsigned status = alone.status == QVS::zERR_RAV_EOL ? 0u : alone.status;
     const Shown shown = showMessages(log);
-    EXPECT_EQ(alone.status == QVS::zERR_RAV_EOL ? 0u : alone.status, shown.status);
+    EXPECT_EQ(status, shown.status);
     EXPECT_EQ("", firstDifference(expectedOutput(alone), shown.text));
+    const Shown later = showMessagesAfterAPause(log);
+    EXPECT_EQ(status, later.status);
+    EXPECT_EQ("", firstDifference(expectedOutput(alone), later.text));
 }
 
 TEST(MessageWalkAheadTest, FindsWhatOneWalkFindsFromItsStart) {
@@ -189,6 +207,225 @@ TEST(MessageWalkAheadTest, DestroyingARunningWalkStopsIt) {
     SUCCEED();
 }
 
+// The item ends and lines one walk from 0 gives, for comparison with a walk
+// that took them from a log still being read.
+void expectSameItemsAsOneWalk(const std::string& text, const MessageWalkAhead& walk,
+                              std::size_t count) {
+    MessageItem item;
+    std::string_view message;
+    unsigned long position = 0;
+    unsigned long next = 0;
+    std::string lines;
+    ASSERT_LE(count, walk.Items().size());
+    for (std::size_t index = 0; index < count; ++index) {
+        ASSERT_EQ(0u, item.NextMessageItem(text, position, next, message)) << "item " << index;
+        EXPECT_EQ(next, walk.Items()[index].end) << "item " << index;
+        lines += "  " + std::string(message) + "\n";
+        position = next;
+    }
+    EXPECT_EQ(lines, std::string(walk.LinesFrom(0).substr(0, lines.size())));
+}
+
+// Hands `text` to a walk behind the load piece by piece, as the viewer's load
+// does, in pieces of sizes that go round `sizes`; the log's room is `room`.
+struct GrowingLog {
+    explicit GrowingLog(std::size_t room) { log.reserve(room); }
+    std::unique_ptr<MessageWalkAhead> Start() {
+        return MessageWalkAhead::StartBehindLoad(log.data(), log.capacity());
+    }
+    // A pause after each piece lets the walk catch up with the text, so that
+    // its steps run into the end of what is there.
+    void Feed(MessageWalkAhead& walk, const std::string& text,
+              std::initializer_list<std::size_t> sizes,
+              std::chrono::microseconds pause = std::chrono::microseconds(0)) {
+        std::size_t at = 0;
+        auto size = sizes.begin();
+        while (at < text.size()) {
+            const std::size_t piece = std::min(*size, text.size() - at);
+            ASSERT_LE(log.size() + piece, log.capacity());
+            log.append(text, at, piece);
+            walk.Grow(log.size());
+            at += piece;
+            if (pause.count() > 0)
+                std::this_thread::sleep_for(pause);
+            if (++size == sizes.end())
+                size = sizes.begin();
+        }
+    }
+    std::string log;
+};
+
+TEST(MessageWalkBehindLoadTest, FindsWhatOneWalkFindsWhateverThePiecesRead) {
+    const std::string text = items(1, 3000);
+    GrowingLog growing(2 * text.size()); // the walk keeps to the first half of the room
+    std::unique_ptr<MessageWalkAhead> walk = growing.Start();
+    ASSERT_NE(nullptr, walk);
+    growing.Feed(*walk, text, {1, 7, 13, 100, 4096, 3});
+    walk->Complete();
+    walk->Wait();
+    EXPECT_EQ(0u, walk->From());
+    EXPECT_TRUE(walk->Ended());
+    EXPECT_EQ(static_cast<unsigned>(QVS::zERR_RAV_EOL), walk->Status());
+    EXPECT_EQ(3000u, walk->Items().size());
+    expectSameItemsAsOneWalk(text, *walk, 3000);
+    EXPECT_EQ(walkAlone(text).lines, walk->LinesFrom(0));
+}
+
+TEST(MessageWalkBehindLoadTest, StepsThatRunIntoTheEndOfTheTextAreTakenAgain) {
+    const std::string text = items(1, 300);
+    GrowingLog growing(2 * text.size());
+    std::unique_ptr<MessageWalkAhead> walk = growing.Start();
+    ASSERT_NE(nullptr, walk);
+    growing.Feed(*walk, text, {1, 7, 13, 3, 30, 2}, std::chrono::microseconds(20));
+    walk->Complete();
+    walk->Wait();
+    EXPECT_TRUE(walk->Ended());
+    EXPECT_EQ(static_cast<unsigned>(QVS::zERR_RAV_EOL), walk->Status());
+    EXPECT_EQ(300u, walk->Items().size());
+    expectSameItemsAsOneWalk(text, *walk, 300);
+}
+
+TEST(MessageWalkBehindLoadTest, AnItemLongerThanManyPiecesIsFoundWhole) {
+    const std::string text = items(1, 10) +
+                             messageItem(11, "<info>" + std::string(1 << 20, 'x') + "</info>") +
+                             items(12, 10);
+    GrowingLog growing(2 * text.size());
+    std::unique_ptr<MessageWalkAhead> walk = growing.Start();
+    ASSERT_NE(nullptr, walk);
+    growing.Feed(*walk, text, {4096});
+    walk->Complete();
+    walk->Wait();
+    EXPECT_TRUE(walk->Ended());
+    EXPECT_EQ(static_cast<unsigned>(QVS::zERR_RAV_EOL), walk->Status());
+    ASSERT_EQ(21u, walk->Items().size());
+    expectSameItemsAsOneWalk(text, *walk, 21);
+}
+
+TEST(MessageWalkBehindLoadTest, ABadItemEndsTheWalkOnlyWithItsOwnStatus) {
+    const std::string text = items(1, 50) + messageItem(51, "no severity") + items(52, 50);
+    GrowingLog growing(2 * text.size());
+    std::unique_ptr<MessageWalkAhead> walk = growing.Start();
+    ASSERT_NE(nullptr, walk);
+    growing.Feed(*walk, text, {10, 333});
+    walk->Complete();
+    walk->Wait();
+    EXPECT_TRUE(walk->Ended());
+    EXPECT_EQ(static_cast<unsigned>(QVS::zERR_XML_TAG_NOT_FOUND), walk->Status());
+    ASSERT_EQ(50u, walk->Items().size());
+    expectSameItemsAsOneWalk(text, *walk, 50);
+}
+
+TEST(MessageWalkBehindLoadTest, AnUnclosedLastItemEndsTheWalkOnlyOnceTheLogIsWhole) {
+    const std::string text = items(1, 20) + "<messageItem><key v=\"21\"/><m><info>cut";
+    GrowingLog waiting(2 * text.size());
+    std::unique_ptr<MessageWalkAhead> stopped = waiting.Start();
+    ASSERT_NE(nullptr, stopped);
+    waiting.Feed(*stopped, text, {64});
+    // Stopped while it waits for the rest, or before: no status, and what it
+    // found is what one walk finds.
+    stopped->Finish();
+    EXPECT_FALSE(stopped->Ended());
+    expectSameItemsAsOneWalk(text, *stopped, stopped->Items().size());
+
+    GrowingLog whole(2 * text.size());
+    std::unique_ptr<MessageWalkAhead> ended = whole.Start();
+    ASSERT_NE(nullptr, ended);
+    whole.Feed(*ended, text, {64});
+    ended->Complete();
+    ended->Wait();
+    EXPECT_TRUE(ended->Ended());
+    EXPECT_EQ(static_cast<unsigned>(QVS::zERR_XML_END_TAG_NOT_FOUND), ended->Status());
+    expectSameItemsAsOneWalk(text, *ended, 20);
+    EXPECT_EQ(20u, ended->Items().size());
+}
+
+TEST(MessageWalkBehindLoadTest, ALogWithoutMessagesEndsTheWalkWhenWhole) {
+    const std::string text =
+        "<rebuildLog><todHistory>" + std::string(100000, ' ') + "</todHistory></rebuildLog>";
+    GrowingLog growing(2 * text.size());
+    std::unique_ptr<MessageWalkAhead> walk = growing.Start();
+    ASSERT_NE(nullptr, walk);
+    growing.Feed(*walk, text, {1000});
+    walk->Complete();
+    walk->Wait();
+    EXPECT_TRUE(walk->Ended());
+    EXPECT_EQ(static_cast<unsigned>(QVS::zERR_RAV_EOL), walk->Status());
+    EXPECT_EQ(0u, walk->Items().size());
+    EXPECT_EQ(0ul, walk->Last());
+}
+
+TEST(MessageWalkBehindLoadTest, KeepsToTheFirstHalfOfTheRoom) {
+    const std::string text = items(1, 1000);
+    GrowingLog growing(text.size());
+    const std::size_t half = growing.log.capacity() / 2;
+    std::unique_ptr<MessageWalkAhead> walk = growing.Start();
+    ASSERT_NE(nullptr, walk);
+    growing.Feed(*walk, text, {4096});
+    walk->Complete();
+    walk->Wait();
+    EXPECT_FALSE(walk->Ended());
+    ASSERT_GE(walk->Items().size(), 2u);
+    // Its last step began before the half, and no step after it.
+    EXPECT_LT(walk->Items()[walk->Items().size() - 2].end, half);
+    EXPECT_GE(walk->Last(), half);
+    expectSameItemsAsOneWalk(text, *walk, walk->Items().size());
+}
+
+TEST(MessageWalkBehindLoadTest, FinishingAWalkThatWaitsForTextReturns) {
+    GrowingLog growing(1 << 20);
+    std::unique_ptr<MessageWalkAhead> walk = growing.Start();
+    ASSERT_NE(nullptr, walk);
+    walk->Finish(); // would hang if the waiting walk were not woken
+    EXPECT_FALSE(walk->Ended());
+    EXPECT_EQ(0u, walk->Items().size());
+}
+
+TEST(MessageWalkAheadTest, StopsBeforeItsItemsAndLinesTakeMoreThanItsRoom) {
+    const std::string text = items(1, 100);
+    const std::size_t room = 1000;
+    std::unique_ptr<MessageWalkAhead> ahead = MessageWalkAhead::Start(text, 0, 1000, room);
+    ASSERT_NE(nullptr, ahead);
+    ahead->Wait();
+    EXPECT_FALSE(ahead->Ended());
+    EXPECT_LE(ahead->Footprint(), room);
+    const std::size_t count = ahead->Items().size();
+    EXPECT_GT(count, 5u);
+    // One more item would not have fitted.
+    const std::size_t line = sizeof("  Object 100 was checked.\n") - 1;
+    EXPECT_GT(ahead->Footprint() + sizeof(MessageWalkAhead::Found_s) + line, room);
+    EXPECT_EQ(ahead->Footprint(),
+              count * sizeof(MessageWalkAhead::Found_s) + ahead->LinesFrom(0).size());
+    expectSameItemsAsOneWalk(text, *ahead, count);
+}
+
+TEST(MessageLinesTest, LinesAreTwoBlanksTheTextAndANewline) {
+    const std::string log = "short" + std::string(200, '.') + std::string(100, 'L');
+    MessageLines lines(1000);
+    EXPECT_EQ(0u, lines.Size());
+    EXPECT_EQ(1000u, lines.Capacity());
+    const char* const end = log.data() + log.size();
+    lines.Append(std::string_view(log.data(), 5), end);         // copied with what follows
+    lines.Append(std::string_view(log.data() + 205, 100), end); // longer than a short one
+    lines.Append(std::string_view(log.data() + 295, 10), end);  // too near the end to read on
+    lines.Append(std::string_view(log.data(), 0), end);         // empty
+    EXPECT_EQ("  short\n  " + std::string(100, 'L') + "\n  " + std::string(10, 'L') + "\n  \n",
+              lines.View());
+    lines.Clear();
+    EXPECT_EQ(0u, lines.Size());
+    EXPECT_EQ("", lines.View());
+}
+
+TEST(MessageLinesTest, FitsCountsTheThreeBytesALineAdds) {
+    const std::string log(64, 'x');
+    MessageLines lines(10);
+    EXPECT_TRUE(lines.Fits(7));
+    EXPECT_FALSE(lines.Fits(8));
+    lines.Append(std::string_view(log.data(), 7), log.data() + log.size());
+    EXPECT_EQ(10u, lines.Size());
+    EXPECT_FALSE(lines.Fits(0));
+    EXPECT_EQ("  xxxxxxx\n", lines.View());
+}
+
 TEST(DisplayMessageItemsTwoThreadsTest, LargeWholeLogPrintsEveryMessageInOrder) {
     const std::string log = largeLog(items(50001, 20000));
     const Shown shown = showMessages(log);
@@ -234,54 +471,70 @@ TEST(DisplayMessageItemsTwoThreadsTest, BadItemInTheFirstHalfEndsTheWalkBeforeTh
     expectSameAsOneWalk(log, QVS::zERR_XML_TAG_NOT_FOUND);
 }
 
+TEST(DisplayMessageItemsTwoThreadsTest, BadItemInTheFirstQuarterEndsTheWalkBegunDuringTheLoad) {
+    const std::string log = "<rebuildLog><messageHistory>" + items(1, 20000) +
+                            messageItem(20001, "no severity") + items(20002, 80000) +
+                            "</messageHistory></rebuildLog>\n";
+    ASSERT_LT(log.find("no severity"), log.size() / 4);
+    expectSameAsOneWalk(log, QVS::zERR_XML_TAG_NOT_FOUND);
+}
+
 TEST(DisplayMessageItemsTwoThreadsTest, MissingClosingTagAtTheEndGivesItsStatus) {
     const std::string log = largeLog(items(50001, 10), "<messageItem><key v=\"1\"/><m><info>cut");
     expectSameAsOneWalk(log, QVS::zERR_XML_END_TAG_NOT_FOUND);
 }
 
-// The first TOD item of a large log is searched for in two halves at once.
+// The first TOD item is looked for block by block while the log is read.
 std::string todItem() {
     return "<todItem><key v=\"1\"/><zid v=\"0x118\"/><pZid v=\"0x5\"/><volumeID "
            "v=\"01234567-89ab-cdef-01-23-456789abcdef\"/><flag v=\"0x8101\"/><nameSpace "
            "v=\"2\"/><nameType v=\"0\"/><fileName>a.dat</fileName></todItem>";
 }
 
-// What DisplayTODItems prints for a small log (one search) holding the item.
+// What DisplayTODItems prints for a small log holding the item.
 std::string todOutputAlone() {
     const Shown shown = showTODItems("<rebuildLog>" + todItem() + "</rebuildLog>");
     EXPECT_EQ(0u, shown.status);
     return shown.text;
 }
 
-// A log of more than 8 MiB of messages with the TOD item placed so that it
-// starts `offset` bytes from the middle (negative: before it).
-std::string largeLogWithTODItemAt(long offset) {
-    const std::string head = "<rebuildLog><messageHistory>" + items(1, 50000);
-    const std::string tail = items(70001, 50000) + "</messageHistory></rebuildLog>\n";
-    // Padding before the item moves it; the middle moves by half as much.
-    const long total = static_cast<long>(head.size() + todItem().size() + tail.size());
-    const long place = static_cast<long>(head.size());
-    const long padding = 2 * (total / 2 + offset - place);
-    if (padding < 0)
-        return "";
-    std::string log = head + std::string(static_cast<std::size_t>(padding), ' ') + todItem() + tail;
+// A log of messages with the TOD item starting at byte `place` of the file;
+// `zeroAt`, when not npos, puts a zero byte there, which drops the rest of
+// its chunk from the text.
+std::string logWithTODItemAt(std::size_t place, std::size_t zeroAt = std::string::npos) {
+    std::string log = "<rebuildLog><messageHistory>";
+    unsigned key = 1;
+    while (log.size() < place)
+        log += messageItem(key++, "<info>Object was checked.</info>");
+    log.resize(place, ' ');
+    log += todItem() + "</messageHistory></rebuildLog>\n";
+    if (zeroAt != std::string::npos)
+        log[zeroAt] = '\0';
     return log;
 }
 
-void expectTheTODItemFound(long offset) {
-    const std::string log = largeLogWithTODItemAt(offset);
-    ASSERT_GE(log.size(), 8u << 20);
-    const long middle = static_cast<long>(log.size() / 2);
-    ASSERT_EQ(middle + offset, static_cast<long>(log.find("<todItem>")));
-    const Shown shown = showTODItems(log);
+void expectTheTODItemFoundAt(std::size_t place, std::size_t zeroAt = std::string::npos) {
+    SCOPED_TRACE("TOD item at " + std::to_string(place));
+    const Shown shown = showTODItems(logWithTODItemAt(place, zeroAt));
     EXPECT_EQ(0u, shown.status);
     EXPECT_EQ(todOutputAlone(), shown.text);
-    EXPECT_NE(std::string::npos, shown.text.find("Found 1 items"));
 }
 
-TEST(FirstTODItemTest, FoundWhereverItLiesAroundTheMiddle) {
-    for (long offset : {-1000L, -9L, -8L, -1L, 0L, 1L, 1000L})
-        expectTheTODItemFound(offset);
+// Blocks of 64 chunks are read at once: a tag across the end of one block
+// is found once the next is in.
+const std::size_t READ_BLOCK = 64 * RebuildFile::CHUNK_SIZE;
+
+TEST(FirstTODItemTest, FoundWhereverItLiesAroundTheEndOfABlock) {
+    for (std::size_t back = 0; back <= 10; ++back)
+        expectTheTODItemFoundAt(2 * READ_BLOCK - back);
+    expectTheTODItemFoundAt(2 * READ_BLOCK + 1);
+}
+
+TEST(FirstTODItemTest, FoundAcrossABlockEndAfterAChunkDroppedForAZeroByte) {
+    // The zero byte drops the last 24 bytes of the first chunk: in the text
+    // the tag still lies across the place where the second block begins.
+    for (std::size_t back : {1, 4, 8})
+        expectTheTODItemFoundAt(2 * READ_BLOCK - back, RebuildFile::CHUNK_SIZE - 24);
 }
 
 TEST(FirstTODItemTest, FoundNearTheStartAndNearTheEnd) {

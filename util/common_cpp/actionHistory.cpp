@@ -1016,6 +1016,11 @@ unsigned MessageItem::FindMessageItemTagAll(const std::string& text, unsigned lo
 
 unsigned MessageItem::NextMessageItem(const std::string& text, unsigned long start,
                                       unsigned long& endPos, std::string_view& message) {
+    return NextMessageItem(viewOf(text), start, endPos, message);
+}
+
+unsigned MessageItem::NextMessageItem(std::string_view text, unsigned long start,
+                                      unsigned long& endPos, std::string_view& message) {
     std::string_view::size_type first = 0;
     std::string_view::size_type end = 0;
     TagStarts_s starts;
@@ -1028,7 +1033,7 @@ unsigned MessageItem::NextMessageItem(const std::string& text, unsigned long sta
     const unsigned level = TheApp.Level();
     // Still the previous item's fields.
     traceIf(level, DEBUG_ITEMS, AH_LOC(662), " ", *this);
-    status = ParseMessageItem(viewOf(text).substr(first, end - first), &starts, message);
+    status = ParseMessageItem(text.substr(first, end - first), &starts, message);
     if (status != 0) {
         traceIf(level, DEBUG_FAILURES, AH_LOC(666), " ", status);
         return status;

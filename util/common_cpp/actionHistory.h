@@ -144,6 +144,11 @@ public:
     // handed back as a view into `text` and Text() is left as it was.
     unsigned NextMessageItem(const std::string& text, unsigned long start, unsigned long& endPos,
                              std::string_view& message);
+    // The same over a text given as a view: a log still being read is
+    // walked over the part that is there (a step that succeeds there gives
+    // what it gives over the whole log).
+    unsigned NextMessageItem(std::string_view text, unsigned long start, unsigned long& endPos,
+                             std::string_view& message);
 
     unsigned long long Key() const { return key; }
     unsigned Severity() const { return severity; }

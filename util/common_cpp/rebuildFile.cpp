@@ -9,6 +9,7 @@
 #include "util/support/qvsError.h"
 #include "util/support/qvsStatus.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <iostream>
@@ -17,7 +18,6 @@
 #include <optional>
 #include <stdexcept>
 #include <string_view>
-#include <thread>
 #include <sys/stat.h>
 
 namespace {
@@ -29,9 +29,9 @@ const size_t READ_BLOCK_SIZE = 64 * RebuildFile::CHUNK_SIZE;
 static_assert(READ_BLOCK_SIZE % RebuildFile::CHUNK_SIZE == 0, "blocks of whole chunks");
 // Message lines are collected into writes of about this size.
 const size_t LINE_BLOCK_SIZE = 1 << 16;
-// Room kept for the walk ahead: an item per this many bytes, more than any
-// log can hold (an item's two tags alone take 27).
-const size_t RUN_AHEAD_ITEM_BYTES = 24;
+// Where the walk ahead starts, as a part of the stretch left to walk: the
+// first thread also writes every line, so it walks less than half.
+const double AHEAD_SHARE = 0.45;
 
 // Unnamed objects are looked up under this fixed ZID.
 const unsigned long long UNNAMED_LOOKUP_ZID = 127;
@@ -74,7 +74,15 @@ RebuildFile::RebuildFile(const std::string& name, std::ostream& output, unsigned
     Load();
 }
 
-RebuildFile::~RebuildFile() { CloseFile(); }
+RebuildFile::~RebuildFile() {
+    walkBehindLoad.reset();
+    CloseFile();
+}
+
+// Item traces on the error stream stay in order only with one walk.
+bool RebuildFile::Tracing() {
+    return (TheApp.Level() & (DEBUG_ITEMS | DEBUG_VALUES | DEBUG_FAILURES)) != 0;
+}
 
 void RebuildFile::CloseFile() {
     if (file) {
@@ -108,21 +116,48 @@ void RebuildFile::Load() {
         if (fstat(fileno(file), &info) == 0 && S_ISREG(info.st_mode) && info.st_size > 0) {
             text.reserve(static_cast<std::string::size_type>(info.st_size));
             AdviseHugePages(text.data(), text.capacity());
+            // The messages of a large log are walked from the start while
+            // the rest is read, on the processor that would wait otherwise.
+            if (!Tracing() && WorthTwoThreads(text.capacity()))
+                walkBehindLoad = MessageWalkAhead::StartBehindLoad(text.data(), text.capacity());
         }
         // Blocks of whole chunks: a block starts at a multiple of the chunk
         // size, so its chunks are the ones a read of one chunk at a time
         // would give (fread fills a block unless the file ends or fails).
         char block[READ_BLOCK_SIZE];
         size_t got;
-        while ((got = std::fread(block, 1, sizeof(block), file)) > 0)
+        // The first TOD item is looked for in each block as it comes in,
+        // while it is still in the cache: a log of messages only would
+        // otherwise be searched through once more to its end.
+        const std::string_view todTag(TOD_ITEM_TAG);
+        std::string_view::size_type todFrom = 0;
+        std::string_view::size_type todItem = std::string_view::npos;
+        while ((got = std::fread(block, 1, sizeof(block), file)) > 0) {
+            // A file grown since its size was taken moves the text: the walk
+            // reading it ends first.
+            if (walkBehindLoad && got > text.capacity() - text.size())
+                walkBehindLoad.reset();
             AppendChunks(block, got);
+            if (walkBehindLoad)
+                walkBehindLoad->Grow(text.size());
+            if (todItem == std::string_view::npos) {
+                todItem = FindTextIn(text, todTag, todFrom);
+                // A tag not wholly in the text yet begins in its last bytes.
+                if (text.size() >= todTag.size())
+                    todFrom = std::max(todFrom, text.size() - todTag.size() + 1);
+            }
+        }
+        firstTODItem =
+            static_cast<unsigned long>(todItem == std::string_view::npos ? text.size() : todItem);
     } catch (const std::bad_alloc&) {
+        walkBehindLoad.reset();
         ReportMemoryFailure();
         CloseFile();
         throw;
     }
 
     if (!std::feof(file)) {
+        walkBehindLoad.reset();
         int error = errno;
         std::cerr << LS_LOC("util/common_cpp/rebuildFile", 97) << " Could not read from \""
                   << fileName << "\" because of \"";
@@ -133,6 +168,10 @@ void RebuildFile::Load() {
     }
 
     unsigned status = CheckRootElement();
+    if (status != 0)
+        walkBehindLoad.reset();
+    else if (walkBehindLoad)
+        walkBehindLoad->Complete();
     if (status != 0) {
         if (flags & FLAG_REPORT_LOAD_ERRORS)
             out << "\nRequired tag <rebuildLog> not found.  Status is " << status << "."
@@ -205,36 +244,12 @@ void RebuildFile::WriteTotals(unsigned long found, unsigned long ignored) {
 }
 
 // Where the walk of the TOD items may start: at the first "<todItem>", as a
-// walk from 0 would find it, or at the end when there is none. A large log
-// (most often one of messages only, searched to its end in vain) is searched
-// in two halves at once.
-unsigned long RebuildFile::FirstTODItemPlace() const {
-    const std::string_view log(text);
-    const std::string_view tag(TOD_ITEM_TAG);
-    std::string_view::size_type first = std::string_view::npos;
-    std::string_view::size_type second = std::string_view::npos;
-    std::thread other;
-    const std::string_view::size_type middle = log.size() / 2;
-    if (WorthTwoThreads(log.size())) {
-        try {
-            other = std::thread([&] { second = FindTextIn(log, tag, middle); });
-        } catch (const std::exception&) {
-            // No second thread: one search does it all.
-        }
-    }
-    if (other.joinable()) {
-        // The first half reaches as far as a tag that begins in it.
-        first = FindTextIn(log.substr(0, middle + tag.size() - 1), tag, 0);
-        other.join();
-        if (first == std::string_view::npos)
-            first = second;
-    } else {
-        first = FindTextIn(log, tag, 0);
-    }
-    return static_cast<unsigned long>(first == std::string_view::npos ? log.size() : first);
-}
+// walk from 0 would find it, or at the end when there is none.
+unsigned long RebuildFile::FirstTODItemPlace() const { return firstTODItem; }
 
 unsigned RebuildFile::DisplayTODItems() {
+    // The message walk begun during the load is of no use here.
+    walkBehindLoad.reset();
     TODItem item;
     std::string_view name = item.FileName();
     unsigned long position = FirstTODItemPlace();
@@ -317,6 +332,7 @@ void RebuildFile::WriteNamedLookup(VFSManageCmd& command, const TODItem& item,
 }
 
 unsigned long RebuildFile::ProcessTODItems(const char* channelArg) {
+    walkBehindLoad.reset();
     TODItem item;
     std::string_view name = item.FileName();
     unsigned long position = FirstTODItemPlace();
@@ -351,6 +367,10 @@ unsigned long RebuildFile::ProcessTODItems(const char* channelArg) {
 }
 
 unsigned RebuildFile::DisplayMessageItems() {
+    // What the walk begun during the load has found so far is taken over.
+    std::unique_ptr<MessageWalkAhead> behind = std::move(walkBehindLoad);
+    if (behind)
+        behind->Finish();
     out << "Rebuild messages"
         << "\n";
     MessageItem item;
@@ -358,38 +378,61 @@ unsigned RebuildFile::DisplayMessageItems() {
     unsigned long position = 0;
     unsigned long next = 0;
     unsigned long found = 0;
-    unsigned status;
+    unsigned status = 0;
     // Logs can hold millions of messages: their lines are collected into
     // large writes, except while the walk traces on the error stream, where
     // each line has to be out before the next item's traces.
-    const bool tracing = (TheApp.Level() & (DEBUG_ITEMS | DEBUG_VALUES | DEBUG_FAILURES)) != 0;
-    std::string lines;
-    lines.reserve(LINE_BLOCK_SIZE);
-    auto writeLine = [&](std::string_view text) {
+    const bool tracing = Tracing();
+    if (tracing)
+        behind.reset();
+    MessageLines lines(LINE_BLOCK_SIZE);
+    const char* const textEnd = text.data() + text.size();
+    auto writeLine = [&](std::string_view shown) {
         ++found;
-        if (text.size() + 3 > lines.capacity() - lines.size()) {
+        if (!lines.Fits(shown.size())) {
             WriteLines(lines);
-            if (text.size() + 3 > lines.capacity()) {
+            if (!lines.Fits(shown.size())) {
                 // A long message goes out from the log itself, not copied.
                 out.write("  ", 2);
-                out.write(text.data(), static_cast<std::streamsize>(text.size()));
+                out.write(shown.data(), static_cast<std::streamsize>(shown.size()));
                 out.write("\n", 1);
                 return;
             }
         }
-        AppendMessageLine(lines, text);
+        lines.Append(shown, textEnd);
         if (tracing)
             WriteLines(lines);
     };
 
-    // A large log's second half is walked at the same time on another
-    // thread; traces stay in order only with one walk.
+    // The rest of a large log is walked from further on at the same time on
+    // another thread, whose items and lines, with those still held, take no
+    // more than half the log's size.
     std::unique_ptr<MessageWalkAhead> ahead;
-    if (!tracing && WorthTwoThreads(text.size())) {
-        const unsigned long from = static_cast<unsigned long>(text.size() / 2);
-        ahead = MessageWalkAhead::Start(text, from, (text.size() - from) / RUN_AHEAD_ITEM_BYTES + 1);
+    auto startAhead = [&](unsigned long from, std::size_t held) {
+        const std::size_t rest = text.size() - from;
+        if (tracing || !WorthTwoThreads(rest) || held >= text.size() / 2)
+            return;
+        const std::size_t middle = from + static_cast<std::size_t>(rest * AHEAD_SHARE);
+        ahead = MessageWalkAhead::Start(text, static_cast<unsigned long>(middle),
+                                        (text.size() - middle) / MessageWalkAhead::ITEM_BYTES + 1,
+                                        text.size() / 2 - held);
+    };
+    bool walking = true;
+    if (behind) {
+        startAhead(behind->Last(), behind->Footprint());
+        const std::string_view behindLines = behind->LinesFrom(0);
+        out.write(behindLines.data(), static_cast<std::streamsize>(behindLines.size()));
+        found += behind->Items().size();
+        position = behind->Last();
+        if (behind->Ended()) {
+            status = behind->Status();
+            walking = false;
+        }
+        behind.reset();
     }
-    while ((status = item.NextMessageItem(text, position, next, message)) == 0) {
+    if (walking && !ahead)
+        startAhead(position, 0);
+    while (walking && (status = item.NextMessageItem(text, position, next, message)) == 0) {
         position = next;
         writeLine(message);
         if (!ahead || position < ahead->From())
@@ -419,8 +462,9 @@ unsigned RebuildFile::DisplayMessageItems() {
     return status == QVS::zERR_RAV_EOL ? 0 : status;
 }
 
-void RebuildFile::WriteLines(std::string& lines) {
-    if (!lines.empty())
-        out.write(lines.data(), static_cast<std::streamsize>(lines.size()));
-    lines.clear();
+void RebuildFile::WriteLines(MessageLines& lines) {
+    const std::string_view written = lines.View();
+    if (!written.empty())
+        out.write(written.data(), static_cast<std::streamsize>(written.size()));
+    lines.Clear();
 }

@@ -5,10 +5,13 @@
 #define UTIL_COMMON_CPP_REBUILDFILE_H
 
 #include <cstdio>
+#include <memory>
 #include <ostream>
 #include <string>
 #include <string_view>
 
+class MessageLines;
+class MessageWalkAhead;
 class TODItem;
 class VFSManageCmd;
 
@@ -52,13 +55,19 @@ private:
     void WriteItemEnd(const TODItem& item);
     void WriteTotals(unsigned long found, unsigned long ignored);
     unsigned long FirstTODItemPlace() const;
-    void WriteLines(std::string& lines);
+    void WriteLines(MessageLines& lines);
+    static bool Tracing();
 
     std::string fileName;
     FILE* file;
     unsigned flags;
     std::ostream& out;
     std::string text;
+    // Where the first "<todItem>" begins, or the text's size.
+    unsigned long firstTODItem = 0;
+    // The message walk that starts while a large log is read; it reads
+    // `text`, so it is declared after it and ends before it goes.
+    std::unique_ptr<MessageWalkAhead> walkBehindLoad;
 };
 
 #endif

@@ -12,12 +12,21 @@
 //
 // The second walk also formats its items' lines, so that the first thread,
 // which has its own half to walk and print, only has to write them out.
+//
+// The same walk can also start from the beginning while the log is still
+// being read (StartBehindLoad): it walks the part that is there and waits
+// for more where a step runs into the end of it. A step that succeeds over
+// part of the log finds what it would find over the whole: its searches
+// look for the first occurrence of a tag, which lies wholly in that part.
 #ifndef UTIL_COMMON_CPP_REBUILDFILEWALK_H
 #define UTIL_COMMON_CPP_REBUILDFILEWALK_H
 
 #include <atomic>
+#include <condition_variable>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -32,11 +41,45 @@ bool WorthTwoThreads(std::size_t size);
 // faults.
 void AdviseHugePages(const char* data, std::size_t size);
 
-// Appends the line printed for one message: two blanks, the text, a newline.
-void AppendMessageLine(std::string& lines, std::string_view message);
+// Lines printed for messages (two blanks, the text, a newline), collected
+// for large writes. Millions of short lines go in here, so a line is added
+// without a string's checks and fill; the room, taken up front, is not
+// touched until lines fill it.
+class MessageLines {
+public:
+    // No room at all.
+    MessageLines() : size(0), capacity(0) {}
+    // Throws std::bad_alloc.
+    explicit MessageLines(std::size_t capacity);
+    // Whether the line of a message of `length` bytes still fits.
+    bool Fits(std::size_t length) const { return length + LINE_EXTRA <= capacity - size; }
+    // Adds the line of `message`, which must fit. The text may be read up
+    // to `readable` (at or after the message's end), which lets a short
+    // message be copied in one fixed-size move.
+    void Append(std::string_view message, const char* readable);
+    std::size_t Size() const { return size; }
+    std::size_t Capacity() const { return capacity; }
+    std::string_view View() const { return std::string_view(buffer.get(), size); }
+    void Clear() { size = 0; }
+
+    // Bytes a line adds to its message.
+    static constexpr std::size_t LINE_EXTRA = 3;
+
+private:
+    // Messages up to this long are moved in one fixed-size copy.
+    static constexpr std::size_t SHORT_MESSAGE = 64;
+
+    std::unique_ptr<char[]> buffer;
+    std::size_t size;
+    std::size_t capacity;
+};
 
 class MessageWalkAhead {
 public:
+    // Room kept for the items of a walk: one per this many bytes, more
+    // than any log can hold (an item's two tags alone take 27).
+    static constexpr std::size_t ITEM_BYTES = 24;
+
     // One message item found: where its walk step ended, and where its line
     // ends among the walk's lines.
     struct Found_s {
@@ -45,11 +88,22 @@ public:
     };
 
     // Starts a walk of `text` from `from` on a thread of its own, keeping at
-    // most `limit` items. Null when no thread or memory can be had; the
+    // most `limit` items, and stopping before its items and lines take more
+    // than `room` bytes. Null when no thread or memory can be had; the
     // caller then walks alone. Room for the lines is taken up front: the
     // lines of the items from `from` on are shorter than those items.
     static std::unique_ptr<MessageWalkAhead> Start(const std::string& text, unsigned long from,
-                                                   std::size_t limit);
+                                                   std::size_t limit,
+                                                   std::size_t room = SIZE_MAX);
+    // Starts a walk from 0 of a log being read into `data`, whose room
+    // (`capacity`) is taken and never moves: `Grow` tells the walk each new
+    // size, `Complete` that the log is whole. The walk keeps to the first
+    // half of that room; its lines and items, together, stay smaller than
+    // the part of the log they come from.
+    static std::unique_ptr<MessageWalkAhead> StartBehindLoad(const char* data,
+                                                             std::size_t capacity);
+    void Grow(std::size_t size);
+    void Complete();
     // Stops the walk if it still runs and waits for its thread.
     ~MessageWalkAhead();
     MessageWalkAhead(const MessageWalkAhead&) = delete;
@@ -58,6 +112,9 @@ public:
     unsigned long From() const { return from; }
     // Waits until the walk has ended or stopped at its limit.
     void Wait();
+    // Stops the walk where it is and waits for its thread; what it found up
+    // to there is kept.
+    void Finish();
 
     // After Wait: the positions the walk passed are From() and the end of
     // each item found. True when `position` is one of them; `index` is then
@@ -72,15 +129,32 @@ public:
     // the end of the list) rather than at its limit.
     bool Ended() const { return ended; }
     unsigned Status() const { return status; }
+    // After Wait: bytes of memory the items and lines take.
+    std::size_t Footprint() const;
 
 private:
-    MessageWalkAhead(const std::string& text, unsigned long from, std::size_t limit);
+    MessageWalkAhead(const char* data, std::size_t size, bool complete, unsigned long from,
+                     std::size_t limit, std::size_t room, std::size_t linesRoom,
+                     unsigned long stopAt);
+    static std::unique_ptr<MessageWalkAhead> Launch(std::unique_ptr<MessageWalkAhead> walk);
     void Run();
+    // Waits until the text is whole, has at least `size` bytes, or the walk
+    // is to stop. False when it is to stop.
+    bool AwaitText(std::size_t size);
 
-    const std::string& text;
+    const char* const data;
     const unsigned long from;
+    // No step starts at or after this position.
+    const unsigned long stopAt;
+    // Bytes the items and lines may take together.
+    const std::size_t room;
+    std::atomic<std::size_t> available;
+    std::atomic<bool> complete;
+    std::atomic<bool> waiting;
+    std::mutex mutex;
+    std::condition_variable grown;
     std::vector<Found_s> items;
-    std::string lines;
+    MessageLines lines;
     bool ended;
     unsigned status;
     std::atomic<bool> stop;
