@@ -111,6 +111,7 @@ MessageWalkAhead::MessageWalkAhead(const char* text, std::size_t size, bool whol
     // All the room up front: the walk never allocates, and pages are only
     // taken as they fill.
     items.reserve(limit);
+    AdviseHugePages(reinterpret_cast<const char*>(items.data()), items.capacity() * sizeof(Found_s));
 }
 
 MessageWalkAhead::~MessageWalkAhead() { Finish(); }
