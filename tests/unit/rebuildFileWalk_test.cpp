@@ -233,11 +233,10 @@ struct GrowingLog {
     std::unique_ptr<MessageWalkAhead> Start() {
         return MessageWalkAhead::StartBehindLoad(log.data(), log.capacity());
     }
-    // A pause after each piece lets the walk catch up with the text, so that
-    // its steps run into the end of what is there.
+    // In step, the walk catches up with each piece before the next comes,
+    // so that its steps run into the end of what is there.
     void Feed(MessageWalkAhead& walk, const std::string& text,
-              std::initializer_list<std::size_t> sizes,
-              std::chrono::microseconds pause = std::chrono::microseconds(0)) {
+              std::initializer_list<std::size_t> sizes, bool inStep = false) {
         std::size_t at = 0;
         auto size = sizes.begin();
         while (at < text.size()) {
@@ -246,8 +245,13 @@ struct GrowingLog {
             log.append(text, at, piece);
             walk.Grow(log.size());
             at += piece;
-            if (pause.count() > 0)
-                std::this_thread::sleep_for(pause);
+            const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+            while (inStep && !walk.CaughtUp(log.size())) {
+                // A walk that never waits for more text spins on what is there.
+                ASSERT_LT(std::chrono::steady_clock::now(), deadline)
+                    << "the walk did not catch up with " << log.size() << " bytes";
+                std::this_thread::yield();
+            }
             if (++size == sizes.end())
                 size = sizes.begin();
         }
@@ -276,7 +280,7 @@ TEST(MessageWalkBehindLoadTest, StepsThatRunIntoTheEndOfTheTextAreTakenAgain) {
     GrowingLog growing(2 * text.size());
     std::unique_ptr<MessageWalkAhead> walk = growing.Start();
     ASSERT_NE(nullptr, walk);
-    growing.Feed(*walk, text, {1, 7, 13, 3, 30, 2}, std::chrono::microseconds(20));
+    growing.Feed(*walk, text, {1, 7, 13, 3, 30, 2}, true);
     walk->Complete();
     walk->Wait();
     EXPECT_TRUE(walk->Ended());
@@ -292,7 +296,7 @@ TEST(MessageWalkBehindLoadTest, AnItemLongerThanManyPiecesIsFoundWhole) {
     GrowingLog growing(2 * text.size());
     std::unique_ptr<MessageWalkAhead> walk = growing.Start();
     ASSERT_NE(nullptr, walk);
-    growing.Feed(*walk, text, {4096});
+    growing.Feed(*walk, text, {4096}, true);
     walk->Complete();
     walk->Wait();
     EXPECT_TRUE(walk->Ended());
@@ -306,7 +310,7 @@ TEST(MessageWalkBehindLoadTest, ABadItemEndsTheWalkOnlyWithItsOwnStatus) {
     GrowingLog growing(2 * text.size());
     std::unique_ptr<MessageWalkAhead> walk = growing.Start();
     ASSERT_NE(nullptr, walk);
-    growing.Feed(*walk, text, {10, 333});
+    growing.Feed(*walk, text, {10, 333}, true);
     walk->Complete();
     walk->Wait();
     EXPECT_TRUE(walk->Ended());
@@ -320,12 +324,12 @@ TEST(MessageWalkBehindLoadTest, AnUnclosedLastItemEndsTheWalkOnlyOnceTheLogIsWho
     GrowingLog waiting(2 * text.size());
     std::unique_ptr<MessageWalkAhead> stopped = waiting.Start();
     ASSERT_NE(nullptr, stopped);
-    waiting.Feed(*stopped, text, {64});
-    // Stopped while it waits for the rest, or before: no status, and what it
-    // found is what one walk finds.
+    waiting.Feed(*stopped, text, {64}, true);
+    // Stopped while it waits for the rest: no status, and every whole item.
     stopped->Finish();
     EXPECT_FALSE(stopped->Ended());
-    expectSameItemsAsOneWalk(text, *stopped, stopped->Items().size());
+    EXPECT_EQ(20u, stopped->Items().size());
+    expectSameItemsAsOneWalk(text, *stopped, 20);
 
     GrowingLog whole(2 * text.size());
     std::unique_ptr<MessageWalkAhead> ended = whole.Start();

@@ -107,7 +107,8 @@ MessageWalkAhead::MessageWalkAhead(const char* text, std::size_t size, bool whol
                                    unsigned long start, std::size_t limit, std::size_t bytes,
                                    std::size_t linesRoom, unsigned long last)
     : data(text), from(start), stopAt(last), room(bytes), available(size), complete(whole),
-      waiting(false), lines(linesRoom), ended(false), status(0), stop(false) {
+      waiting(false), awaited(0), finished(false), lines(linesRoom), ended(false), status(0),
+      stop(false) {
     // All the room up front: the walk never allocates, and pages are only
     // taken as they fill.
     items.reserve(limit);
@@ -149,11 +150,17 @@ void MessageWalkAhead::Complete() {
 bool MessageWalkAhead::AwaitText(std::size_t size) {
     std::unique_lock<std::mutex> lock(mutex);
     waiting.store(true);
+    awaited.store(size);
     // The timeout only guards against a wake-up lost in ways not foreseen.
     while (!stop.load() && !complete.load() && available.load() < size)
         grown.wait_for(lock, std::chrono::milliseconds(1));
+    awaited.store(0);
     waiting.store(false);
     return !stop.load();
+}
+
+bool MessageWalkAhead::CaughtUp(std::size_t size) const {
+    return finished.load() || awaited.load() > size;
 }
 
 void MessageWalkAhead::Run() {
@@ -218,6 +225,7 @@ void MessageWalkAhead::Run() {
     std::swap(lines, formatted);
     ended = done;
     status = result;
+    finished.store(true);
 }
 
 std::size_t MessageWalkAhead::Footprint() const {

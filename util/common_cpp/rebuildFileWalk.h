@@ -104,6 +104,10 @@ public:
                                                              std::size_t capacity);
     void Grow(std::size_t size);
     void Complete();
+    // Whether the walk has done all it can with `size` bytes of text: it has
+    // stopped, or it waits for more than that. Lets a test hand over the
+    // text in step with the walk.
+    bool CaughtUp(std::size_t size) const;
     // Stops the walk if it still runs and waits for its thread.
     ~MessageWalkAhead();
     MessageWalkAhead(const MessageWalkAhead&) = delete;
@@ -151,6 +155,9 @@ private:
     std::atomic<std::size_t> available;
     std::atomic<bool> complete;
     std::atomic<bool> waiting;
+    // The size of text the walk waits for, 0 while it does not wait.
+    std::atomic<std::size_t> awaited;
+    std::atomic<bool> finished;
     std::mutex mutex;
     std::condition_variable grown;
     std::vector<Found_s> items;
