@@ -20,6 +20,7 @@
 #include <string>
 #include <thread>
 #include <unistd.h>
+#include <vector>
 
 namespace {
 
@@ -39,6 +40,7 @@ struct OneWalk {
     std::string lines;
     unsigned long found = 0;
     unsigned status = 0;
+    std::vector<unsigned long> ends; // where each step ended
 };
 
 OneWalk walkAlone(const std::string& text) {
@@ -51,6 +53,7 @@ OneWalk walkAlone(const std::string& text) {
         position = next;
         ++walk.found;
         walk.lines += "  " + std::string(message) + "\n";
+        walk.ends.push_back(next);
     }
     return walk;
 }
@@ -211,18 +214,16 @@ TEST(MessageWalkAheadTest, DestroyingARunningWalkStopsIt) {
 // that took them from a log still being read.
 void expectSameItemsAsOneWalk(const std::string& text, const MessageWalkAhead& walk,
                               std::size_t count) {
-    MessageItem item;
-    std::string_view message;
-    unsigned long position = 0;
-    unsigned long next = 0;
-    std::string lines;
+    const OneWalk alone = walkAlone(text);
     ASSERT_LE(count, walk.Items().size());
-    for (std::size_t index = 0; index < count; ++index) {
-        ASSERT_EQ(0u, item.NextMessageItem(text, position, next, message)) << "item " << index;
-        EXPECT_EQ(next, walk.Items()[index].end) << "item " << index;
-        lines += "  " + std::string(message) + "\n";
-        position = next;
-    }
+    ASSERT_LE(count, alone.ends.size());
+    for (std::size_t index = 0; index < count; ++index)
+        EXPECT_EQ(alone.ends[index], walk.Items()[index].end) << "item " << index;
+    // The lines of those items: up to the count-th line end.
+    std::size_t length = 0;
+    for (std::size_t line = 0; line < count; ++line)
+        length = alone.lines.find('\n', length) + 1;
+    const std::string lines = alone.lines.substr(0, length);
     EXPECT_EQ(lines, std::string(walk.LinesFrom(0).substr(0, lines.size())));
 }
 
@@ -256,17 +257,26 @@ struct GrowingLog {
                 size = sizes.begin();
         }
     }
+    // Starts a walk, hands it the whole text and waits until it has ended.
+    std::unique_ptr<MessageWalkAhead> WalkAll(const std::string& text,
+                                              std::initializer_list<std::size_t> sizes,
+                                              bool inStep = false) {
+        std::unique_ptr<MessageWalkAhead> walk = Start();
+        if (walk == nullptr)
+            return nullptr;
+        Feed(*walk, text, sizes, inStep);
+        walk->Complete();
+        walk->Wait();
+        return walk;
+    }
     std::string log;
 };
 
 TEST(MessageWalkBehindLoadTest, FindsWhatOneWalkFindsWhateverThePiecesRead) {
     const std::string text = items(1, 3000);
     GrowingLog growing(2 * text.size()); // the walk keeps to the first half of the room
-    std::unique_ptr<MessageWalkAhead> walk = growing.Start();
+    std::unique_ptr<MessageWalkAhead> walk = growing.WalkAll(text, {1, 7, 13, 100, 4096, 3});
     ASSERT_NE(nullptr, walk);
-    growing.Feed(*walk, text, {1, 7, 13, 100, 4096, 3});
-    walk->Complete();
-    walk->Wait();
     EXPECT_EQ(0u, walk->From());
     EXPECT_TRUE(walk->Ended());
     EXPECT_EQ(static_cast<unsigned>(QVS::zERR_RAV_EOL), walk->Status());
@@ -278,11 +288,8 @@ TEST(MessageWalkBehindLoadTest, FindsWhatOneWalkFindsWhateverThePiecesRead) {
 TEST(MessageWalkBehindLoadTest, StepsThatRunIntoTheEndOfTheTextAreTakenAgain) {
     const std::string text = items(1, 300);
     GrowingLog growing(2 * text.size());
-    std::unique_ptr<MessageWalkAhead> walk = growing.Start();
+    std::unique_ptr<MessageWalkAhead> walk = growing.WalkAll(text, {1, 7, 13, 3, 30, 2}, true);
     ASSERT_NE(nullptr, walk);
-    growing.Feed(*walk, text, {1, 7, 13, 3, 30, 2}, true);
-    walk->Complete();
-    walk->Wait();
     EXPECT_TRUE(walk->Ended());
     EXPECT_EQ(static_cast<unsigned>(QVS::zERR_RAV_EOL), walk->Status());
     EXPECT_EQ(300u, walk->Items().size());
@@ -294,11 +301,8 @@ TEST(MessageWalkBehindLoadTest, AnItemLongerThanManyPiecesIsFoundWhole) {
                              messageItem(11, "<info>" + std::string(1 << 20, 'x') + "</info>") +
                              items(12, 10);
     GrowingLog growing(2 * text.size());
-    std::unique_ptr<MessageWalkAhead> walk = growing.Start();
+    std::unique_ptr<MessageWalkAhead> walk = growing.WalkAll(text, {4096}, true);
     ASSERT_NE(nullptr, walk);
-    growing.Feed(*walk, text, {4096}, true);
-    walk->Complete();
-    walk->Wait();
     EXPECT_TRUE(walk->Ended());
     EXPECT_EQ(static_cast<unsigned>(QVS::zERR_RAV_EOL), walk->Status());
     ASSERT_EQ(21u, walk->Items().size());
@@ -308,11 +312,8 @@ TEST(MessageWalkBehindLoadTest, AnItemLongerThanManyPiecesIsFoundWhole) {
 TEST(MessageWalkBehindLoadTest, ABadItemEndsTheWalkOnlyWithItsOwnStatus) {
     const std::string text = items(1, 50) + messageItem(51, "no severity") + items(52, 50);
     GrowingLog growing(2 * text.size());
-    std::unique_ptr<MessageWalkAhead> walk = growing.Start();
+    std::unique_ptr<MessageWalkAhead> walk = growing.WalkAll(text, {10, 333}, true);
     ASSERT_NE(nullptr, walk);
-    growing.Feed(*walk, text, {10, 333}, true);
-    walk->Complete();
-    walk->Wait();
     EXPECT_TRUE(walk->Ended());
     EXPECT_EQ(static_cast<unsigned>(QVS::zERR_XML_TAG_NOT_FOUND), walk->Status());
     ASSERT_EQ(50u, walk->Items().size());
@@ -332,11 +333,8 @@ TEST(MessageWalkBehindLoadTest, AnUnclosedLastItemEndsTheWalkOnlyOnceTheLogIsWho
     expectSameItemsAsOneWalk(text, *stopped, 20);
 
     GrowingLog whole(2 * text.size());
-    std::unique_ptr<MessageWalkAhead> ended = whole.Start();
+    std::unique_ptr<MessageWalkAhead> ended = whole.WalkAll(text, {64});
     ASSERT_NE(nullptr, ended);
-    whole.Feed(*ended, text, {64});
-    ended->Complete();
-    ended->Wait();
     EXPECT_TRUE(ended->Ended());
     EXPECT_EQ(static_cast<unsigned>(QVS::zERR_XML_END_TAG_NOT_FOUND), ended->Status());
     expectSameItemsAsOneWalk(text, *ended, 20);
@@ -347,11 +345,8 @@ TEST(MessageWalkBehindLoadTest, ALogWithoutMessagesEndsTheWalkWhenWhole) {
     const std::string text =
         "<rebuildLog><todHistory>" + std::string(100000, ' ') + "</todHistory></rebuildLog>";
     GrowingLog growing(2 * text.size());
-    std::unique_ptr<MessageWalkAhead> walk = growing.Start();
+    std::unique_ptr<MessageWalkAhead> walk = growing.WalkAll(text, {1000});
     ASSERT_NE(nullptr, walk);
-    growing.Feed(*walk, text, {1000});
-    walk->Complete();
-    walk->Wait();
     EXPECT_TRUE(walk->Ended());
     EXPECT_EQ(static_cast<unsigned>(QVS::zERR_RAV_EOL), walk->Status());
     EXPECT_EQ(0u, walk->Items().size());
@@ -362,11 +357,8 @@ TEST(MessageWalkBehindLoadTest, KeepsToTheFirstHalfOfTheRoom) {
     const std::string text = items(1, 1000);
     GrowingLog growing(text.size());
     const std::size_t half = growing.log.capacity() / 2;
-    std::unique_ptr<MessageWalkAhead> walk = growing.Start();
+    std::unique_ptr<MessageWalkAhead> walk = growing.WalkAll(text, {4096});
     ASSERT_NE(nullptr, walk);
-    growing.Feed(*walk, text, {4096});
-    walk->Complete();
-    walk->Wait();
     EXPECT_FALSE(walk->Ended());
     ASSERT_GE(walk->Items().size(), 2u);
     // Its last step began before the half, and no step after it.

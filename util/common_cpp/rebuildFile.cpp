@@ -243,16 +243,12 @@ void RebuildFile::WriteTotals(unsigned long found, unsigned long ignored) {
         << "\n";
 }
 
-// Where the walk of the TOD items may start: at the first "<todItem>", as a
-// walk from 0 would find it, or at the end when there is none.
-unsigned long RebuildFile::FirstTODItemPlace() const { return firstTODItem; }
-
 unsigned RebuildFile::DisplayTODItems() {
     // The message walk begun during the load is of no use here.
     walkBehindLoad.reset();
     TODItem item;
     std::string_view name = item.FileName();
-    unsigned long position = FirstTODItemPlace();
+    unsigned long position = firstTODItem;
     unsigned long next = 0;
     unsigned long found = 0;
     unsigned long ignored = 0;
@@ -335,7 +331,7 @@ unsigned long RebuildFile::ProcessTODItems(const char* channelArg) {
     walkBehindLoad.reset();
     TODItem item;
     std::string_view name = item.FileName();
-    unsigned long position = FirstTODItemPlace();
+    unsigned long position = firstTODItem;
     unsigned long next = 0;
     unsigned long found = 0;
     unsigned long ignored = 0;

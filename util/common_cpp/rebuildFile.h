@@ -54,7 +54,6 @@ private:
     void WriteNamedLookup(VFSManageCmd& command, const TODItem& item, std::string_view name);
     void WriteItemEnd(const TODItem& item);
     void WriteTotals(unsigned long found, unsigned long ignored);
-    unsigned long FirstTODItemPlace() const;
     void WriteLines(MessageLines& lines);
     static bool Tracing();
 
@@ -63,7 +62,8 @@ private:
     unsigned flags;
     std::ostream& out;
     std::string text;
-    // Where the first "<todItem>" begins, or the text's size.
+    // Where the walk of the TOD items may start: at the first "<todItem>",
+    // as a walk from 0 would find it, or at the end when there is none.
     unsigned long firstTODItem = 0;
     // The message walk that starts while a large log is read; it reads
     // `text`, so it is declared after it and ends before it goes.

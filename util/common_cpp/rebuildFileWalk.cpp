@@ -21,9 +21,6 @@ namespace {
 const std::size_t HUGE_PAGE_HINT_SIZE = 4u << 20;
 // Logs at least this large are walked and searched on two threads.
 const std::size_t TWO_THREADS_SIZE = 8u << 20;
-// Bytes of "<messageItem>" less one: a tag not found in a text can only
-// begin in its last this many bytes or after it.
-const std::size_t MESSAGE_TAG_LENGTH = sizeof("<messageItem>") - 2;
 } // namespace
 
 bool WorthTwoThreads(std::size_t size) {
@@ -107,7 +104,7 @@ MessageWalkAhead::MessageWalkAhead(const char* text, std::size_t size, bool whol
                                    unsigned long start, std::size_t limit, std::size_t bytes,
                                    std::size_t linesRoom, unsigned long last)
     : data(text), from(start), stopAt(last), room(bytes), available(size), complete(whole),
-      waiting(false), awaited(0), finished(false), lines(linesRoom), ended(false), status(0),
+      awaited(0), finished(false), lines(linesRoom), ended(false), status(0),
       stop(false) {
     // All the room up front: the walk never allocates, and pages are only
     // taken as they fill.
@@ -135,7 +132,7 @@ void MessageWalkAhead::Grow(std::size_t size) {
     // Either the walk sees the new size before it waits, or this sees it
     // waiting and wakes it.
     available.store(size);
-    if (waiting.load()) {
+    if (awaited.load() != 0) {
         std::lock_guard<std::mutex> lock(mutex);
         grown.notify_one();
     }
@@ -149,13 +146,11 @@ void MessageWalkAhead::Complete() {
 
 bool MessageWalkAhead::AwaitText(std::size_t size) {
     std::unique_lock<std::mutex> lock(mutex);
-    waiting.store(true);
     awaited.store(size);
     // The timeout only guards against a wake-up lost in ways not foreseen.
     while (!stop.load() && !complete.load() && available.load() < size)
         grown.wait_for(lock, std::chrono::milliseconds(1));
     awaited.store(0);
-    waiting.store(false);
     return !stop.load();
 }
 
@@ -177,6 +172,9 @@ void MessageWalkAhead::Run() {
     unsigned long position = from;
     // No item begins between `position` and this: a step may start here.
     unsigned long searchFrom = from;
+    // A tag not found in a text can only begin in its last this many bytes
+    // or after it.
+    const std::size_t tagTail = std::strlen(MESSAGE_ITEM_TAG) - 1;
     unsigned long next = 0;
     try {
         while (found.size() < found.capacity() && position < stopAt &&
@@ -208,8 +206,8 @@ void MessageWalkAhead::Run() {
             // through again for every block read.
             std::size_t wanted = size + 1;
             if (step == QVS::zERR_RAV_EOL) {
-                if (size > MESSAGE_TAG_LENGTH && size - MESSAGE_TAG_LENGTH > searchFrom)
-                    searchFrom = static_cast<unsigned long>(size - MESSAGE_TAG_LENGTH);
+                if (size > tagTail && size - tagTail > searchFrom)
+                    searchFrom = static_cast<unsigned long>(size - tagTail);
             } else {
                 wanted = size + std::max<std::size_t>(size - searchFrom, 1);
             }

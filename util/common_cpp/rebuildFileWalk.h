@@ -154,8 +154,8 @@ private:
     const std::size_t room;
     std::atomic<std::size_t> available;
     std::atomic<bool> complete;
-    std::atomic<bool> waiting;
-    // The size of text the walk waits for, 0 while it does not wait.
+    // The size of text the walk waits for (never 0), 0 while it does not
+    // wait.
     std::atomic<std::size_t> awaited;
     std::atomic<bool> finished;
     std::mutex mutex;
