@@ -1,7 +1,6 @@
 # Thin wrapper over CMake; everything is built out of tree in $(BUILD_DIR).
 BUILD_DIR ?= build
 SANITIZE_DIR ?= build-sanitize
-THREADS_DIR ?= build-threads
 FUZZ_DIR ?= build-fuzz
 FUZZ_SECONDS ?= 60
 # Fuzzing time per target within `make test`.
@@ -14,7 +13,7 @@ CMAKE_FLAGS ?=
 LOGSIFT = $(BUILD_DIR)/logsift
 MAKEFLAGS += --no-print-directory
 
-.PHONY: all build demo test test-sanitize test-threads fuzz fuzz-build fuzz-check deps install package clean
+.PHONY: all build demo test test-sanitize fuzz fuzz-build fuzz-check deps install package clean
 
 all: build
 
@@ -34,7 +33,7 @@ demo: build
 test: deps build
 	cd $(BUILD_DIR) && ctest --output-on-failure -j $(JOBS)
 	$(MAKE) test-sanitize
-	$(MAKE) test-threads
+	$(MAKE)
 	$(MAKE) fuzz-check
 
 # The whole suite again, built with AddressSanitizer and UBSan.
@@ -53,15 +52,6 @@ fuzz-build: deps
 fuzz: fuzz-build
 	bash fuzz/run.sh fuzz $(FUZZ_DIR) $(FUZZ_SECONDS)
 
-# The code that runs on two threads (the split message walk), under
-# ThreadSanitizer.
-test-threads: deps
-	cmake -S . -B $(THREADS_DIR) -DCMAKE_BUILD_TYPE=Debug -DLOGSIFT_WERROR=ON \
-	    -DLOGSIFT_THREAD_SANITIZE=ON $(CMAKE_FLAGS)
-	cmake --build $(THREADS_DIR) -j $(JOBS) --target rebuildFileWalk_test rebuildFile_test
-	TSAN_OPTIONS=halt_on_error=1 $(THREADS_DIR)/tests/rebuildFileWalk_test
-	TSAN_OPTIONS=halt_on_error=1 $(THREADS_DIR)/tests/rebuildFile_test
-
 # Replays every committed corpus and fuzzes each target briefly.
 fuzz-check: fuzz-build
 	bash fuzz/run.sh check $(FUZZ_DIR) $(CHECK_FUZZ_SECONDS)
@@ -77,4 +67,4 @@ package: build
 	cd $(BUILD_DIR) && cpack -G DEB
 
 clean:
-	rm -rf $(BUILD_DIR) $(SANITIZE_DIR) $(THREADS_DIR) $(FUZZ_DIR)
+	rm -rf $(BUILD_DIR) $(SANITIZE_DIR) $(FUZZ_DIR)

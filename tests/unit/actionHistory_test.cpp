@@ -810,180 +810,144 @@ TEST(HostileLogs, CutsAndJunkNeverHang) {
     }
 }
 
-// ---------------------------------------------------------------- in-place walks
+// ---------------------------------------------------------------- walks inside the log
 
-TEST(InPlaceSearch, LocateTagContentsStaysInsideTheWindow) {
-    const std::string text = "<a><info x='1'>text</info></a><info>outside</info>";
-    const std::string_view window(text.data(), 30); // "<a>...</a>"
-    unsigned long first = 0, last = 0, endPos = 0;
-    ASSERT_EQ(0u, LocateTagContentsIn(window, "<info", 0, &first, &last, &endPos));
-    EXPECT_EQ("text", text.substr(first, last - first));
-    EXPECT_EQ(25u, endPos); // just after "</info", the closing prefix
-    // A closing tag that runs past the window's end is not seen.
-    EXPECT_EQ(QVS::zERR_XML_END_TAG_NOT_FOUND,
-              LocateTagContentsIn(std::string_view(text.data(), 24), "<info", 0, &first, &last,
-                                  nullptr));
-    EXPECT_EQ(QVS::zERR_XML_TAG_NOT_FOUND,
-              LocateTagContentsIn(window, "<info", 4, &first, &last, nullptr));
-    EXPECT_EQ(QVS::zERR_XML_TAG_NOT_FOUND, LocateTagContentsIn(window, "", 0, &first, &last, nullptr));
-}
+// The walks read each item where it stands in the log: an item's values are
+// searched for inside the item, never in the text after it.
 
-TEST(InPlaceSearch, LocateTagContentsUnwrapsWholeCDATAOnly) {
-    const std::string whole = "<f><![CDATA[a<b]]></f>";
-    unsigned long first = 0, last = 0;
-    ASSERT_EQ(0u, LocateTagContentsIn(whole, "<f>", 0, &first, &last, nullptr));
-    EXPECT_EQ("a<b", whole.substr(first, last - first));
-    const std::string part = "<f> <![CDATA[a]]></f>";
-    ASSERT_EQ(0u, LocateTagContentsIn(part, "<f>", 0, &first, &last, nullptr));
-    EXPECT_EQ(" <![CDATA[a]]>", part.substr(first, last - first));
-    const std::string empty = "<f><![CDATA[]]></f>";
-    ASSERT_EQ(0u, LocateTagContentsIn(empty, "<f>", 0, &first, &last, nullptr));
-    EXPECT_EQ(first, last);
-}
-
-TEST(InPlaceSearch, LocateTagInclusiveIn) {
-    const std::string text = "x<todItem>1</todItem><todItem>2";
-    unsigned long first = 0, endPos = 0;
-    ASSERT_EQ(0u, LocateTagInclusiveIn(text, "<todItem>", 0, &first, &endPos));
-    EXPECT_EQ(1u, first);
-    EXPECT_EQ(21u, endPos);
-    EXPECT_EQ(QVS::zERR_XML_END_TAG_NOT_FOUND,
-              LocateTagInclusiveIn(text, "<todItem>", endPos, &first, &endPos));
-    EXPECT_EQ(QVS::zERR_XML_TAG_NOT_FOUND,
-              LocateTagInclusiveIn(text, "<todItem>", text.size() + 5, &first, &endPos));
-}
-
-TEST(InPlaceWalk, MessageTextIsAViewAndTextIsLeftAlone) {
-    const std::string log = messageItem("7", "<info loc=\"x\">first</info>") +
+TEST(WalkInsideTheLog, MessagesOneAfterAnother) {
+    const std::string log = messageItem("7", "<info loc=\"x\">first</info>") + "\n" +
                             messageItem("8", "<![CDATA[<error>second</error>]]>");
     MessageItem item;
-    std::string_view message;
-    unsigned long position = 0, next = 0;
-    ASSERT_EQ(0u, item.NextMessageItem(log, position, next, message));
-    EXPECT_EQ("first", message);
-    EXPECT_GE(message.data(), log.data());
-    EXPECT_LE(message.data() + message.size(), log.data() + log.size());
+    unsigned long next = 0;
+    ASSERT_EQ(0u, item.FindMessageItemTagAll(log, 0, next));
+    EXPECT_EQ("first", item.Text());
     EXPECT_EQ(7u, item.Key());
     EXPECT_EQ(MessageItem::SEVERITY_INFO, item.Severity());
-    EXPECT_EQ("", item.Text());
-    ASSERT_EQ(0u, item.NextMessageItem(log, next, next, message));
-    EXPECT_EQ("second", message);
+    EXPECT_EQ(log.find('\n'), next);
+    ASSERT_EQ(0u, item.FindMessageItemTagAll(log, next, next));
+    EXPECT_EQ("second", item.Text());
     EXPECT_EQ(MessageItem::SEVERITY_ERROR, item.Severity());
-    EXPECT_EQ(QVS::zERR_RAV_EOL, item.NextMessageItem(log, next, next, message));
+    EXPECT_EQ(log.size(), next);
+    EXPECT_EQ(QVS::zERR_RAV_EOL, item.FindMessageItemTagAll(log, next, next));
+    EXPECT_EQ(log.size(), next);
 }
 
-TEST(InPlaceWalk, ClosingQuoteMustLieInsideTheItem) {
+TEST(WalkInsideTheLog, ClosingQuoteMustLieInsideTheItem) {
     // The quote after the item does not close the key value.
     const std::string log = "<messageItem><key v=\"1</messageItem>\"";
     MessageItem item;
-    std::string_view message;
     unsigned long next = 0;
-    EXPECT_EQ(QVS::zERR_LIB_QUOTE_NOT_FOUND, item.NextMessageItem(log, 0, next, message));
     EXPECT_EQ(QVS::zERR_LIB_QUOTE_NOT_FOUND, item.FindMessageItemTagAll(log, 0, next));
     const std::string tod = "<todItem><key v=\"1\"/><zid v=\"2</todItem>\"";
     TODItem todItem;
-    std::string_view name;
-    EXPECT_EQ(QVS::zERR_LIB_QUOTE_NOT_FOUND, todItem.NextTODItem(tod, 0, next, name));
+    EXPECT_EQ(QVS::zERR_LIB_QUOTE_NOT_FOUND, todItem.FindTODItemTagAll(tod, 0, next));
 }
 
-TEST(InPlaceWalk, KeyAfterTheItemIsNotFound) {
+TEST(WalkInsideTheLog, KeyAfterTheItemIsNotFound) {
     const std::string log = "<messageItem><m><info>x</info></m></messageItem><key v=\"1\"/>";
     MessageItem item;
-    std::string_view message;
     unsigned long next = 0;
-    EXPECT_EQ(QVS::zERR_LIB_SEARCH_STRING_NOT_FOUND, item.NextMessageItem(log, 0, next, message));
+    EXPECT_EQ(QVS::zERR_LIB_SEARCH_STRING_NOT_FOUND, item.FindMessageItemTagAll(log, 0, next));
 }
 
-TEST(InPlaceWalk, ZeroByteEndsTheValueSearchAsInATerminatedString) {
+TEST(WalkInsideTheLog, SeverityAfterTheMessageIsNotFound) {
+    const std::string log = "<messageItem><key v=\"1\"/><m>x</m></messageItem><info>y</info>";
+    MessageItem item;
+    unsigned long next = 0;
+    EXPECT_EQ(QVS::zERR_XML_TAG_NOT_FOUND, item.FindMessageItemTagAll(log, 0, next));
+    EXPECT_EQ(1u, item.Key());
+    EXPECT_EQ(MessageItem::SEVERITY_NONE, item.Severity());
+}
+
+TEST(WalkInsideTheLog, FileNameAfterTheItemIsNotFound) {
+    const std::string log =
+        todItem("1", "0x8101", "<nameSpace v=\"1\"/><nameType v=\"0\"/>") + "<fileName>f</fileName>";
+    TODItem item;
+    unsigned long next = 0;
+    EXPECT_EQ(QVS::zERR_XML_TAG_NOT_FOUND, item.FindTODItemTagAll(log, 0, next));
+}
+
+TEST(WalkInsideTheLog, ZeroByteEndsTheValueSearchAsInATerminatedString) {
     const std::string before = std::string("<messageItem>\0<key v=\"1\"/><m><info>x</info></m>", 46) +
                                "</messageItem>";
     MessageItem item;
-    std::string_view message;
     unsigned long next = 0;
-    EXPECT_EQ(QVS::zERR_LIB_SEARCH_STRING_NOT_FOUND,
-              item.NextMessageItem(before, 0, next, message));
+    EXPECT_EQ(QVS::zERR_LIB_SEARCH_STRING_NOT_FOUND, item.FindMessageItemTagAll(before, 0, next));
     EXPECT_EQ(QVS::zERR_LIB_SEARCH_STRING_NOT_FOUND, item.GetMessageItem(before));
     const std::string inside =
         std::string("<messageItem><key v=\"1\0\"/><m><info>x</info></m>", 46) + "</messageItem>";
-    EXPECT_EQ(QVS::zERR_LIB_QUOTE_NOT_FOUND, item.NextMessageItem(inside, 0, next, message));
+    EXPECT_EQ(QVS::zERR_LIB_QUOTE_NOT_FOUND, item.FindMessageItemTagAll(inside, 0, next));
     EXPECT_EQ(QVS::zERR_LIB_QUOTE_NOT_FOUND, item.GetMessageItem(inside));
 }
 
-TEST(InPlaceWalk, ItemsWithManyTagsParseAsTheCopyingWalk) {
-    // More "<" in an item than the walk notes: the plain searches take over.
-    for (unsigned count : {0u, 1u, 62u, 63u, 64u, 65u, 200u}) {
+TEST(WalkInsideTheLog, ItemsWithManyTags) {
+    for (unsigned count : {0u, 1u, 63u, 64u, 65u, 200u}) {
         std::string filler;
         for (unsigned i = 0; i < count; ++i)
             filler += "<x/>";
+        const std::string first = "<messageItem>" + filler + "<key v=\"" + std::to_string(count) +
+                                  "\"/><m><error>e</error>" + filler +
+                                  "<warning a=\"1\">w</warning></m></messageItem>";
         const std::string log =
-            "<messageItem>" + filler + "<key v=\"" + std::to_string(count) +
-            "\"/><m><error>e</error>" + filler + "<warning a=\"1\">w</warning></m></messageItem>" +
-            "<messageItem><key v=\"2\"/>" + filler + "<m><fatal>f</fatal></m></messageItem>";
-        MessageItem copying;
-        MessageItem inPlace;
-        std::string_view message;
-        unsigned long copyNext = 0, next = 0;
-        ASSERT_EQ(0u, copying.FindMessageItemTagAll(log, 0, copyNext)) << count;
-        ASSERT_EQ(0u, inPlace.NextMessageItem(log, 0, next, message)) << count;
-        EXPECT_EQ(copyNext, next);
-        EXPECT_EQ("w", copying.Text());
-        EXPECT_EQ("w", message);
-        EXPECT_EQ(count, inPlace.Key());
-        EXPECT_EQ(MessageItem::SEVERITY_WARNING, inPlace.Severity());
-        ASSERT_EQ(0u, inPlace.NextMessageItem(log, next, next, message));
-        EXPECT_EQ("f", message);
+            first + "<messageItem><key v=\"2\"/>" + filler + "<m><fatal>f</fatal></m></messageItem>";
+        MessageItem item;
+        unsigned long next = 0;
+        ASSERT_EQ(0u, item.FindMessageItemTagAll(log, 0, next)) << count;
+        EXPECT_EQ(first.size(), next);
+        EXPECT_EQ("w", item.Text());
+        EXPECT_EQ(count, item.Key());
+        EXPECT_EQ(MessageItem::SEVERITY_WARNING, item.Severity());
+        ASSERT_EQ(0u, item.FindMessageItemTagAll(log, next, next));
+        EXPECT_EQ("f", item.Text());
+        EXPECT_EQ(MessageItem::SEVERITY_FATAL, item.Severity());
         EXPECT_EQ(log.size(), next);
     }
 }
 
-TEST(InPlaceWalk, UnterminatedItemWithManyTags) {
+TEST(WalkInsideTheLog, UnterminatedItemWithManyTags) {
     std::string filler;
     for (unsigned i = 0; i < 100; ++i)
         filler += "<x>";
     MessageItem item;
-    std::string_view message;
     unsigned long next = 0;
     EXPECT_EQ(QVS::zERR_XML_END_TAG_NOT_FOUND,
-              item.NextMessageItem("<messageItem>" + filler, 0, next, message));
+              item.FindMessageItemTagAll("<messageItem>" + filler, 0, next));
     EXPECT_EQ(QVS::zERR_XML_END_TAG_NOT_FOUND,
-              item.NextMessageItem("<messageItem>" + filler + "</messageItem", 0, next, message));
+              item.FindMessageItemTagAll("<messageItem>" + filler + "</messageItem", 0, next));
 }
 
-TEST(InPlaceWalk, TODNameIsAViewIntoTheLog) {
+TEST(WalkInsideTheLog, TODNamesAndTheUnnamedText) {
     const std::string log =
         todItem("1", "0x8101", "<nameSpace v=\"1\"/><nameType v=\"3\"/><fileName><![CDATA[a b]]></fileName>") +
         todItem("2", "0x206");
     TODItem item;
-    std::string_view name = item.FileName();
     unsigned long next = 0;
-    ASSERT_EQ(0u, item.NextTODItem(log, 0, next, name));
-    EXPECT_EQ("a b", name);
-    EXPECT_GE(name.data(), log.data());
-    EXPECT_EQ("", item.FileName());
+    ASSERT_EQ(0u, item.FindTODItemTagAll(log, 0, next));
+    EXPECT_EQ("a b", item.FileName());
     EXPECT_EQ(3u, item.NameType());
-    ASSERT_EQ(0u, item.NextTODItem(log, next, next, name));
-    EXPECT_EQ("this is not a named beast so no file name", name);
+    EXPECT_EQ(1u, item.NameSpace());
+    ASSERT_EQ(0u, item.FindTODItemTagAll(log, next, next));
+    EXPECT_EQ("this is not a named beast so no file name", item.FileName());
     EXPECT_EQ(0u, item.NameSpace());
-    EXPECT_EQ(QVS::zERR_RAV_EOL, item.NextTODItem(log, next, next, name));
+    EXPECT_EQ(0u, item.NameType());
+    EXPECT_EQ(QVS::zERR_RAV_EOL, item.FindTODItemTagAll(log, next, next));
 }
 
-TEST_F(DebugMask, InPlaceTODWalkTracesTheSameDumps) {
+TEST_F(DebugMask, TODWalkTracesTheFileNameOfThePreviousItemBeforeParsing) {
     const std::string log =
         todItem("1", "0x8101", "<nameSpace v=\"1\"/><nameType v=\"0\"/><fileName>n1</fileName>") +
         todItem("2", "0x8102", "<nameSpace v=\"2\"/><nameType v=\"0\"/><fileName>n2</fileName>");
-    TheApp.SetLevel(DEBUG_ITEMS | DEBUG_VALUES);
-    TODItem copying;
+    TheApp.SetLevel(DEBUG_ITEMS);
+    TODItem item;
     unsigned long position = 0, next = 0;
     testing::internal::CaptureStderr();
-    while (copying.FindTODItemTagAll(log, position, next) == 0)
+    while (item.FindTODItemTagAll(log, position, next) == 0)
         position = next;
-    const std::string expected = testing::internal::GetCapturedStderr();
-    TODItem inPlace;
-    std::string_view name = inPlace.FileName();
-    position = 0;
-    testing::internal::CaptureStderr();
-    while (inPlace.NextTODItem(log, position, next, name) == 0)
-        position = next;
-    EXPECT_EQ(expected, testing::internal::GetCapturedStderr());
-    EXPECT_NE(std::string::npos, expected.find("<TODI_FileName>n1</TODI_FileName>"));
+    const std::string err = testing::internal::GetCapturedStderr();
+    const std::string::size_type secondBefore = err.find("[1012]", err.find("[1020]"));
+    ASSERT_NE(std::string::npos, secondBefore) << err;
+    EXPECT_EQ(secondBefore + 7, err.find("<TODItem>\n<TODI_Key>1</TODI_Key>", secondBefore)) << err;
+    EXPECT_NE(std::string::npos, err.find("<TODI_FileName>n1</TODI_FileName>", secondBefore)) << err;
+    EXPECT_NE(std::string::npos, err.find("<TODI_FileName>n2</TODI_FileName>")) << err;
 }

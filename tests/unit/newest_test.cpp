@@ -4,13 +4,16 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <dirent.h>
+#include <ctime>
 #include <fstream>
 #include <stdlib.h>
 #include <string>
+#include <vector>
+
+#include <dirent.h>
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <vector>
 
 namespace {
 
@@ -23,6 +26,12 @@ public:
     ~TempDir() { std::system(("rm -rf '" + path_ + "'").c_str()); }
     std::string slash() const { return path_ + "/"; }
     void touch(const std::string& name) const { std::ofstream(path_ + "/" + name) << "x"; }
+    // A file whose modification time is `seconds` after the epoch.
+    void touchAt(const std::string& name, time_t seconds) const {
+        touch(name);
+        const struct timespec times[2] = {{seconds, 0}, {seconds, 0}};
+        utimensat(AT_FDCWD, (path_ + "/" + name).c_str(), times, 0);
+    }
     // Entry names in the order the directory returns them.
     std::vector<std::string> order() const {
         std::vector<std::string> names;
@@ -147,9 +156,9 @@ TEST(FindNewest, LastOfEqualStampsInDirectoryOrderWins) {
 
 TEST(FindNewest, ModificationTimesAreNotConsulted) {
     TempDir dir;
-    dir.touch("p_rebuild_00000002_log.xml");
-    sleep(1);
-    dir.touch("p_rebuild_00000001_log.xml");
+    // The smaller stamp is the newer file.
+    dir.touchAt("p_rebuild_00000002_log.xml", 1000000000);
+    dir.touchAt("p_rebuild_00000001_log.xml", 2000000000);
     std::string path;
     ASSERT_TRUE(FindTheNewestFile(dir.slash(), "p", path, true));
     EXPECT_EQ(path, dir.slash() + "p_rebuild_00000002_log.xml");

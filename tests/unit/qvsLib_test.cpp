@@ -12,6 +12,8 @@
 #include <cstring>
 #include <random>
 #include <sstream>
+#include <string>
+#include <string_view>
 
 namespace {
 
@@ -327,4 +329,100 @@ TEST(GetValue, GuidForms) {
               unsigned(QVS::zERR_INVALID_VOLUME_ID));
     EXPECT_EQ(LBP_GetValue("<v v=\"00000001-0002-0003-80-05-060708090a0b", "<v v=\"", &h),
               unsigned(QVS::zERR_LIB_QUOTE_NOT_FOUND));
+}
+
+// The view forms read a text that is not terminated, such as one item inside
+// a whole log, as the terminated string that ends at the view's end or at its
+// first zero byte.
+TEST(GetValueOfAView, EndsAtTheEndOfTheView) {
+    const std::string log = "<k v=\"1</item>\"<j v=\"2\"/>";
+    const std::string_view item(log.data(), log.find("</item>") + 7);
+    unsigned long long value = 99;
+    EXPECT_EQ(LBP_GetValue(item, "<k v=\"", &value), unsigned(QVS::zERR_LIB_QUOTE_NOT_FOUND));
+    EXPECT_EQ(LBP_GetValue(item, "<j v=\"", &value), unsigned(QVS::zERR_LIB_SEARCH_STRING_NOT_FOUND));
+    EXPECT_EQ(value, 99u);
+    EXPECT_EQ(LBP_GetValue(std::string_view(log), "<j v=\"", &value), 0u);
+    EXPECT_EQ(value, 2u);
+    // A key cut by the view's end is not there.
+    EXPECT_EQ(LBP_GetValue(std::string_view(log.data(), 4), "<k v=\"", &value),
+              unsigned(QVS::zERR_LIB_SEARCH_STRING_NOT_FOUND));
+}
+
+TEST(GetValueOfAView, EndsAtAZeroByteAsATerminatedStringDoes) {
+    const std::string before("<a/>\0<k v=\"5\"/>", 15);
+    unsigned int value = 99;
+    EXPECT_EQ(LBP_GetValue(std::string_view(before), "<k v=\"", &value),
+              unsigned(QVS::zERR_LIB_SEARCH_STRING_NOT_FOUND));
+    const std::string inside("<k v=\"5\0\"/>", 11);
+    EXPECT_EQ(LBP_GetValue(std::string_view(inside), "<k v=\"", &value),
+              unsigned(QVS::zERR_LIB_QUOTE_NOT_FOUND));
+    const std::string after("<k v=\"5\"/>\0x", 12);
+    EXPECT_EQ(LBP_GetValue(std::string_view(after), "<k v=\"", &value), 0u);
+    EXPECT_EQ(value, 5u);
+    EXPECT_EQ(LBP_GetValue(inside.c_str(), "<k v=\"", &value), unsigned(QVS::zERR_LIB_QUOTE_NOT_FOUND));
+}
+
+TEST(GetValueOfAView, NumbersStopAtTheClosingQuote) {
+    // The digits after the quote belong to the next text, not to the value.
+    const std::string text = "<k v=\"12\"34";
+    unsigned long long big = 0;
+    EXPECT_EQ(LBP_GetValue(std::string_view(text), "<k v=\"", &big), 0u);
+    EXPECT_EQ(big, 12u);
+    // Every form of number the C library reads: hexadecimal, octal, signs,
+    // blanks, and decimals too long to be read digit by digit.
+    struct Case {
+        const char* text;
+        unsigned long long value;
+    } cases[] = {
+        {"<k v=\"0x1F\"", 31},
+        {"<k v=\"017\"", 15},
+        {"<k v=\"0\"", 0},
+        {"<k v=\" 42\"", 42},
+        {"<k v=\"-1\"", ~0ull},
+        {"<k v=\"+7\"", 7},
+        {"<k v=\"9999999999999999999\"", 9999999999999999999ull},
+        {"<k v=\"18446744073709551615\"", 18446744073709551615ull},
+        {"<k v=\"18446744073709551616\"", ~0ull},
+        {"<k v=\"12ab\"", 12},
+        {"<k v=\"\"", 0},
+        {"<k v=\"x\"", 0},
+    };
+    for (const Case& c : cases) {
+        unsigned long long fromView = 1, fromText = 2;
+        EXPECT_EQ(LBP_GetValue(std::string_view(c.text), "<k v=\"", &fromView), 0u) << c.text;
+        EXPECT_EQ(LBP_GetValue(c.text, "<k v=\"", &fromText), 0u) << c.text;
+        EXPECT_EQ(fromView, c.value) << c.text;
+        EXPECT_EQ(fromText, c.value) << c.text;
+    }
+}
+
+TEST(GetValueOfAView, EveryForm) {
+    const std::string text = "<n v=\"name\"/><g v=\"00000001-0002-0003-80-05-060708090a0b\"/>"
+                             "<i v=\"-3\"/><u v=\"7\"/>";
+    const std::string_view view(text);
+    std::string name;
+    EXPECT_EQ(LBP_GetValue(view, "<n v=\"", name), 0u);
+    EXPECT_EQ(name, "name");
+    char buffer[5];
+    EXPECT_EQ(LBP_GetValue(view, "<n v=\"", buffer, 5), 0u);
+    EXPECT_STREQ(buffer, "name");
+    EXPECT_EQ(LBP_GetValue(view, "<n v=\"", buffer, 4), unsigned(QVS::zERR_BUFFER_TOO_SMALL));
+    GUID_t g{};
+    EXPECT_EQ(LBP_GetValue(view, "<g v=\"", &g), 0u);
+    EXPECT_EQ(g.timeLow, 1u);
+    int i = 0;
+    long l = 0;
+    EXPECT_EQ(LBP_GetValue(view, "<i v=\"", &i), 0u);
+    EXPECT_EQ(LBP_GetValue(view, "<i v=\"", &l), 0u);
+    EXPECT_EQ(i, -3);
+    EXPECT_EQ(l, -3);
+    unsigned u = 0;
+    unsigned long ul = 0;
+    bool b = false;
+    EXPECT_EQ(LBP_GetValue(view, "<u v=\"", &u), 0u);
+    EXPECT_EQ(LBP_GetValue(view, "<u v=\"", &ul), 0u);
+    EXPECT_EQ(LBP_GetValue(view, "<u v=\"", &b), 0u);
+    EXPECT_EQ(u, 7u);
+    EXPECT_EQ(ul, 7u);
+    EXPECT_TRUE(b);
 }

@@ -156,7 +156,6 @@ TEST(WrapperScript, UnmountsWhenInterrupted) {
             std::this_thread::sleep_for(std::chrono::milliseconds(25));
     }
     EXPECT_TRUE(up);
-    std::this_thread::sleep_for(std::chrono::milliseconds(100));
     kill(pid, SIGTERM);
     int status = 0;
     waitpid(pid, &status, 0);

@@ -415,6 +415,150 @@ TEST(RebuildFileMessages, LongAndManyMessagesKeepTheirLines) {
     EXPECT_EQ(expected, out.str());
 }
 
+// ---------------------------------------------------------------- large logs
+
+namespace {
+
+// Message items keyed first..first+count-1, each with the text
+// "Object KEY was checked.", and the lines they print.
+struct Messages {
+    std::string items;
+    std::string lines;
+};
+
+Messages checkedObjects(unsigned first, unsigned count) {
+    Messages m;
+    for (unsigned key = first; key < first + count; ++key) {
+        const std::string text = "Object " + std::to_string(key) + " was checked.";
+        m.items += messageItem(key, "<info>" + text + "</info>") + "\n";
+        m.lines += "  " + text + "\n";
+    }
+    return m;
+}
+
+std::string messagesShown(const std::string& lines, unsigned long count) {
+    return "Rebuild messages\n" + lines + "\nFound " + std::to_string(count) + " messages.\n\n";
+}
+
+struct Shown {
+    unsigned status;
+    std::string text;
+};
+
+Shown showMessages(const std::string& contents) {
+    LogFile log(contents);
+    std::ostringstream out;
+    RebuildFile rf(log.path(), out, 0);
+    const unsigned status = rf.DisplayMessageItems();
+    return Shown{status, out.str()};
+}
+
+// Empty when the texts are equal, else where they first differ: a failure
+// shows two lines rather than two texts of megabytes.
+std::string firstDifference(const std::string& expected, const std::string& actual) {
+    if (expected == actual)
+        return "";
+    std::size_t at = 0;
+    while (at < expected.size() && at < actual.size() && expected[at] == actual[at])
+        ++at;
+    const std::size_t lineStart = at == 0 ? std::string::npos : expected.rfind('\n', at - 1);
+    const std::size_t from = lineStart == std::string::npos ? 0 : lineStart + 1;
+    return "at byte " + std::to_string(at) + ": expected \"" +
+           expected.substr(from, expected.find('\n', from) - from) + "\", got \"" +
+           actual.substr(from, actual.find('\n', from) - from) + "\" (sizes " +
+           std::to_string(expected.size()) + " and " + std::to_string(actual.size()) + ")";
+}
+
+const unsigned LARGE = 60000; // messages of a log of about 5 MB
+
+} // namespace
+
+TEST(RebuildFileLargeLogs, EveryMessageInOrder) {
+    const Messages all = checkedObjects(1, 2 * LARGE);
+    const Shown shown = showMessages(rebuildLog("", all.items));
+    EXPECT_EQ(0u, shown.status);
+    EXPECT_EQ("", firstDifference(messagesShown(all.lines, 2 * LARGE), shown.text));
+}
+
+TEST(RebuildFileLargeLogs, DamagedItemsAnywhereEndTheWalkThere) {
+    // A message without a severity ends the walk with 20163 at its place,
+    // at the start, in the middle or at the very end of a large log.
+    for (unsigned before : {0u, 1u, LARGE, 2 * LARGE - 1, 2 * LARGE}) {
+        SCOPED_TRACE("bad item after " + std::to_string(before) + " messages");
+        const Messages head = checkedObjects(1, before);
+        const Messages tail = checkedObjects(before + 2, 2 * LARGE - before);
+        const Shown shown =
+            showMessages(rebuildLog("", head.items + messageItem(before + 1, "no severity") + tail.items));
+        EXPECT_EQ(QVS::zERR_XML_TAG_NOT_FOUND, shown.status);
+        EXPECT_EQ("", firstDifference(messagesShown(head.lines, before), shown.text));
+    }
+}
+
+TEST(RebuildFileLargeLogs, UnclosedItemSwallowsTheNextOne) {
+    // An item without its closing tag ends at the next item's closing tag:
+    // its text is that of the first severity element inside, which is its own.
+    const Messages head = checkedObjects(1, LARGE);
+    const Messages tail = checkedObjects(LARGE + 3, LARGE);
+    const std::string unclosed = "<messageItem><key v=\"" + std::to_string(LARGE + 1) +
+                                 "\"/><m><warning>unclosed</warning></m>\n";
+    const Shown shown = showMessages(
+        rebuildLog("", head.items + unclosed +
+                           messageItem(LARGE + 2, "<info>swallowed</info>") + tail.items));
+    EXPECT_EQ(0u, shown.status);
+    EXPECT_EQ("", firstDifference(messagesShown(head.lines + "  unclosed\n" + tail.lines,
+                                                2 * LARGE + 1),
+                                  shown.text));
+}
+
+TEST(RebuildFileLargeLogs, OpeningTagInsideAnItemStartsNoItem) {
+    // The walk goes on after an item's closing tag, so an opening tag inside
+    // an item's text is not an item of its own.
+    const Messages head = checkedObjects(1, LARGE);
+    const Messages tail = checkedObjects(LARGE + 2, LARGE);
+    const std::string outer = "<messageItem><key v=\"" + std::to_string(LARGE + 1) +
+                              "\"/><m><info>outer " + std::string(200000, 'x') +
+                              "</info></m> <messageItem><key v=\"7\"/><m><info>inner</info></m>"
+                              "</messageItem>\n";
+    const Shown shown = showMessages(rebuildLog("", head.items + outer + tail.items));
+    EXPECT_EQ(0u, shown.status);
+    EXPECT_EQ("", firstDifference(messagesShown(head.lines + "  outer " + std::string(200000, 'x') +
+                                                    "\n" + tail.lines,
+                                                2 * LARGE + 1),
+                                  shown.text));
+}
+
+TEST(RebuildFileLargeLogs, MissingClosingTagAtTheEndGivesItsStatus) {
+    const Messages all = checkedObjects(1, 2 * LARGE);
+    const Shown shown = showMessages("<rebuildLog></rebuildLog><messageHistory>" + all.items +
+                                     "<messageItem><key v=\"1\"/><m><info>cut");
+    EXPECT_EQ(QVS::zERR_XML_END_TAG_NOT_FOUND, shown.status);
+    EXPECT_EQ("", firstDifference(messagesShown(all.lines, 2 * LARGE), shown.text));
+}
+
+TEST(RebuildFileLargeLogs, TODItemsFarIntoALogOfMessages) {
+    // The TOD walk finds its items wherever they lie in a large log, and
+    // none at all in a log of messages only.
+    const Messages all = checkedObjects(1, 2 * LARGE);
+    const std::string item = todItem(1, "0x8101", "0x118", "0x5", named(2, 0, "a.dat"));
+    const std::string line = std::string("Vol ID ") + GUID_TEXT +
+                             ", name is \"a.dat\" <ZID 0x118> <PZID 0x5>   TRUNCATED (Cross Linked Blocks)\n";
+    const std::string totals1 = "\nFound 1 items that were deleted or truncated.\n  Ignored 0 expected items.\n";
+    for (const std::string& contents :
+         {"<rebuildLog><messageHistory>" + all.items + item + "</messageHistory></rebuildLog>\n",
+          "<rebuildLog><messageHistory>" + all.items + "</messageHistory></rebuildLog>\n" + item}) {
+        LogFile log(contents);
+        std::ostringstream out;
+        RebuildFile rf(log.path(), out, 0);
+        EXPECT_EQ(0u, rf.DisplayTODItems());
+        EXPECT_EQ(line + totals1, out.str());
+    }
+    LogFile log(rebuildLog("", all.items));
+    std::ostringstream out;
+    RebuildFile rf(log.path(), out, 0);
+    EXPECT_EQ(0u, rf.DisplayTODItems());
+    EXPECT_EQ(TOTALS_0_0, out.str());
+}
+
 // ---------------------------------------------------------------- hostile input
 
 TEST(RebuildFileHostile, EveryCutOfALogEndsCleanly) {

@@ -35,24 +35,6 @@ unsigned GetTagContentsInclusive(const std::string& text, const std::string& tag
 unsigned LocateTagInclusive(const std::string& text, const std::string& tag, unsigned long start,
                             unsigned long* first, unsigned long* endPos);
 
-// In-place forms of the two primitives for the walks over a whole log: the
-// search stays inside `window` (never past its end) and only positions come
-// back, relative to the window, so nothing of the log is copied.
-// LocateTagContentsIn: [*first, *last) is what GetTagContents would copy,
-// CDATA unwrapped; *endPos is just after the closing tag.
-unsigned LocateTagContentsIn(std::string_view window, std::string_view tag, unsigned long start,
-                             unsigned long* first, unsigned long* last, unsigned long* endPos);
-unsigned LocateTagInclusiveIn(std::string_view window, std::string_view tag, unsigned long start,
-                              unsigned long* first, unsigned long* endPos);
-
-// Where `needle` first lies wholly inside `window` at or after `start`, found
-// as the walks find their next item; npos when nowhere.
-std::string_view::size_type FindTextIn(std::string_view window, std::string_view needle,
-                                       std::string_view::size_type start);
-
-// Where "<" stands in one item, noted by the walks (actionHistory.cpp).
-struct TagStarts_s;
-
 // An object that the rebuild truncated or deleted.
 class TODItem {
 public:
@@ -80,12 +62,6 @@ public:
     // set just after it. 21768 when there is no further item.
     unsigned FindTODItemTagAll(const std::string& text, unsigned long start,
                                unsigned long& endPos);
-    // FindTODItemTagAll parsing the item in place: the file name is handed
-    // back as a view into `text` (or a constant) and not copied into the
-    // object. On entry `name` is the previous item's name, which the trace
-    // of the object before parsing shows; start a walk with FileName().
-    unsigned NextTODItem(const std::string& text, unsigned long start, unsigned long& endPos,
-                         std::string_view& name);
 
     unsigned long long Key() const { return key; }
     unsigned long long PZid() const { return pZid; }
@@ -99,15 +75,8 @@ public:
     friend std::ostream& operator<<(std::ostream& os, const TODItem& item);
 
 private:
-    // The parse of GetTODItem over one item's text; the name is copied into
-    // the object only when `storeName` is set.
-    unsigned ParseTODItem(std::string_view item, const TagStarts_s* starts, std::string_view& name,
-                          bool storeName);
-    // The walk of FindTODItemTagAll and NextTODItem.
-    unsigned WalkTODItem(const std::string& text, unsigned long start, unsigned long& endPos,
-                         std::string_view& name, bool storeName);
-    // The dump of operator<< with `name` as the file name.
-    std::ostream& Dump(std::ostream& os, std::string_view name) const;
+    // GetTODItem over an item where it stands, in a walk inside the log.
+    unsigned ParseTODItem(std::string_view item);
 
     unsigned long long key;
     unsigned long long pZid;
@@ -140,15 +109,6 @@ public:
     static unsigned FindMessageItemTag(const std::string& text, std::string& itemText);
     unsigned FindMessageItemTagAll(const std::string& text, unsigned long start,
                                    unsigned long& endPos);
-    // FindMessageItemTagAll parsing the item in place: the message text is
-    // handed back as a view into `text` and Text() is left as it was.
-    unsigned NextMessageItem(const std::string& text, unsigned long start, unsigned long& endPos,
-                             std::string_view& message);
-    // The same over a text given as a view: a log still being read is
-    // walked over the part that is there (a step that succeeds there gives
-    // what it gives over the whole log).
-    unsigned NextMessageItem(std::string_view text, unsigned long start, unsigned long& endPos,
-                             std::string_view& message);
 
     unsigned long long Key() const { return key; }
     unsigned Severity() const { return severity; }
@@ -158,10 +118,8 @@ public:
     friend std::ostream& operator<<(std::ostream& os, const MessageItem& item);
 
 private:
-    // The parse of GetMessageItem over one item's text, except that the
-    // message text is only handed back; `severity` is set on success.
-    unsigned ParseMessageItem(std::string_view item, const TagStarts_s* starts,
-                              std::string_view& message);
+    // GetMessageItem over an item where it stands, in a walk inside the log.
+    unsigned ParseMessageItem(std::string_view item);
 
     unsigned long long key;
     unsigned severity;

@@ -3,22 +3,24 @@
 
 #include "util/common_cpp/actionHistory.h"
 #include "util/common_cpp/qvsVFS.h"
-#include "util/common_cpp/rebuildFileWalk.h"
 #include "util/support/location.h"
 #include "util/support/qvsApp.h"
 #include "util/support/qvsError.h"
 #include "util/support/qvsStatus.h"
 
-#include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
 #include <iostream>
-#include <new>
 #include <memory>
+#include <new>
 #include <optional>
 #include <stdexcept>
 #include <string_view>
+
+#include <sys/mman.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -27,11 +29,12 @@ const char REBUILD_LOG_END_TAG[] = "</rebuildLog>";
 // Bytes read at once; the zero-byte rule still applies per 1024-byte chunk.
 const size_t READ_BLOCK_SIZE = 64 * RebuildFile::CHUNK_SIZE;
 static_assert(READ_BLOCK_SIZE % RebuildFile::CHUNK_SIZE == 0, "blocks of whole chunks");
-// Message lines are collected into writes of about this size.
+// Message lines are collected into writes of up to this size.
 const size_t LINE_BLOCK_SIZE = 1 << 16;
-// Where the walk ahead starts, as a part of the stretch left to walk: the
-// first thread also writes every line, so it walks less than half.
-const double AHEAD_SHARE = 0.45;
+// What a message line adds to its text: two blanks before, a newline after.
+const size_t MESSAGE_LINE_EXTRA = 3;
+// Logs at least this large get the transparent huge page hint.
+const size_t HUGE_PAGE_HINT_SIZE = 4u << 20;
 
 // Unnamed objects are looked up under this fixed ZID.
 const unsigned long long UNNAMED_LOOKUP_ZID = 127;
@@ -67,6 +70,29 @@ const char VOLUME_INACTIVE_TEXT[] = "Volume must be activated to lookup names.";
 const char LOOKUP_FAILED_TEXT[] = "Lookup name failed: ";
 const char LOOKUP_ERROR_TEXT[] = "Error in attempting name lookup: ";
 
+// A large log is faulted in 2 MiB pages where the system offers them, which
+// takes far less time than 4 KiB faults. Only advice: nothing changes if the
+// hint is not available or refused.
+void adviseHugePages(const char* data, size_t size) {
+#ifdef MADV_HUGEPAGE
+    if (size < HUGE_PAGE_HINT_SIZE)
+        return;
+    const long pageSize = sysconf(_SC_PAGESIZE);
+    if (pageSize <= 0)
+        return;
+    const std::uintptr_t page = static_cast<std::uintptr_t>(pageSize);
+    if ((page & (page - 1)) != 0)
+        return;
+    const std::uintptr_t begin = (reinterpret_cast<std::uintptr_t>(data) + page - 1) & ~(page - 1);
+    const std::uintptr_t end = (reinterpret_cast<std::uintptr_t>(data) + size) & ~(page - 1);
+    if (end > begin)
+        madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE);
+#else
+    (void)data;
+    (void)size;
+#endif
+}
+
 } // namespace
 
 RebuildFile::RebuildFile(const std::string& name, std::ostream& output, unsigned int options)
@@ -74,15 +100,7 @@ RebuildFile::RebuildFile(const std::string& name, std::ostream& output, unsigned
     Load();
 }
 
-RebuildFile::~RebuildFile() {
-    walkBehindLoad.reset();
-    CloseFile();
-}
-
-// Item traces on the error stream stay in order only with one walk.
-bool RebuildFile::Tracing() {
-    return (TheApp.Level() & (DEBUG_ITEMS | DEBUG_VALUES | DEBUG_FAILURES)) != 0;
-}
+RebuildFile::~RebuildFile() { CloseFile(); }
 
 void RebuildFile::CloseFile() {
     if (file) {
@@ -115,49 +133,22 @@ void RebuildFile::Load() {
         struct stat info;
         if (fstat(fileno(file), &info) == 0 && S_ISREG(info.st_mode) && info.st_size > 0) {
             text.reserve(static_cast<std::string::size_type>(info.st_size));
-            AdviseHugePages(text.data(), text.capacity());
-            // The messages of a large log are walked from the start while
-            // the rest is read, on the processor that would wait otherwise.
-            if (!Tracing() && WorthTwoThreads(text.capacity()))
-                walkBehindLoad = MessageWalkAhead::StartBehindLoad(text.data(), text.capacity());
+            adviseHugePages(text.data(), text.capacity());
         }
         // Blocks of whole chunks: a block starts at a multiple of the chunk
         // size, so its chunks are the ones a read of one chunk at a time
         // would give (fread fills a block unless the file ends or fails).
         char block[READ_BLOCK_SIZE];
         size_t got;
-        // The first TOD item is looked for in each block as it comes in,
-        // while it is still in the cache: a log of messages only would
-        // otherwise be searched through once more to its end.
-        const std::string_view todTag(TOD_ITEM_TAG);
-        std::string_view::size_type todFrom = 0;
-        std::string_view::size_type todItem = std::string_view::npos;
-        while ((got = std::fread(block, 1, sizeof(block), file)) > 0) {
-            // A file grown since its size was taken moves the text: the walk
-            // reading it ends first.
-            if (walkBehindLoad && got > text.capacity() - text.size())
-                walkBehindLoad.reset();
+        while ((got = std::fread(block, 1, sizeof(block), file)) > 0)
             AppendChunks(block, got);
-            if (walkBehindLoad)
-                walkBehindLoad->Grow(text.size());
-            if (todItem == std::string_view::npos) {
-                todItem = FindTextIn(text, todTag, todFrom);
-                // A tag not wholly in the text yet begins in its last bytes.
-                if (text.size() >= todTag.size())
-                    todFrom = std::max(todFrom, text.size() - todTag.size() + 1);
-            }
-        }
-        firstTODItem =
-            static_cast<unsigned long>(todItem == std::string_view::npos ? text.size() : todItem);
     } catch (const std::bad_alloc&) {
-        walkBehindLoad.reset();
         ReportMemoryFailure();
         CloseFile();
         throw;
     }
 
     if (!std::feof(file)) {
-        walkBehindLoad.reset();
         int error = errno;
         std::cerr << LS_LOC("util/common_cpp/rebuildFile", 97) << " Could not read from \""
                   << fileName << "\" because of \"";
@@ -168,10 +159,6 @@ void RebuildFile::Load() {
     }
 
     unsigned status = CheckRootElement();
-    if (status != 0)
-        walkBehindLoad.reset();
-    else if (walkBehindLoad)
-        walkBehindLoad->Complete();
     if (status != 0) {
         if (flags & FLAG_REPORT_LOAD_ERRORS)
             out << "\nRequired tag <rebuildLog> not found.  Status is " << status << "."
@@ -243,33 +230,58 @@ void RebuildFile::WriteTotals(unsigned long found, unsigned long ignored) {
         << "\n";
 }
 
-unsigned RebuildFile::DisplayTODItems() {
-    // The message walk begun during the load is of no use here.
-    walkBehindLoad.reset();
+template <typename Show>
+unsigned RebuildFile::WalkTODItems(Show show) {
     TODItem item;
-    std::string_view name = item.FileName();
-    unsigned long position = firstTODItem;
+    unsigned long position = 0;
     unsigned long next = 0;
     unsigned long found = 0;
     unsigned long ignored = 0;
     unsigned status;
-    while ((status = item.NextTODItem(text, position, next, name)) == 0) {
+    while ((status = item.FindTODItemTagAll(text, position, next)) == 0) {
         position = next;
         ++found;
         if (item.GetReason() == TODItem::REASON_VISIBILITY_CLEANUP) {
             ++ignored;
             continue;
         }
-        out << "Vol ID " << item.VolumeID();
-        if (item.IsNamed())
-            out << ", name is \"" << name << "\"" << " <ZID " << Zid{item.Zid()} << ">"
-                << " <PZID " << Zid{item.PZid()} << ">";
-        else
-            out << ", non-named file, " << " <ZID " << Zid{item.Zid()} << ">";
+        const unsigned shown = show(item);
+        if (shown != 0)
+            return shown;
         WriteItemEnd(item);
     }
     WriteTotals(found, ignored);
     return status == QVS::zERR_RAV_EOL ? 0 : status;
+}
+
+unsigned RebuildFile::DisplayTODItems() {
+    return WalkTODItems([this](const TODItem& item) {
+        out << "Vol ID " << item.VolumeID();
+        if (item.IsNamed())
+            out << ", name is \"" << item.FileName() << "\"" << " <ZID " << Zid{item.Zid()} << ">"
+                << " <PZID " << Zid{item.PZid()} << ">";
+        else
+            out << ", non-named file, " << " <ZID " << Zid{item.Zid()} << ">";
+        return 0u;
+    });
+}
+
+unsigned long RebuildFile::ProcessTODItems(const char* channelArg) {
+    return WalkTODItems([this, channelArg](const TODItem& item) {
+        // One channel per item, as the storage system expects.
+        std::optional<VFSManageCmd> channel;
+        try {
+            channel.emplace(flags, channelArg);
+        } catch (const std::exception& e) {
+            out << "Unable to create VFSManageCmd:  " << e.what() << "\n";
+            return static_cast<unsigned>(QVS::zERR_BAD_PARAMETER_VALUE);
+        }
+        if (item.IsNamed())
+            WriteNamedLookup(*channel, item);
+        else
+            WriteUnnamedLookup(*channel, item);
+        return 0u;
+    });
 }
 
 void RebuildFile::WriteUnnamedLookup(VFSManageCmd& command, const TODItem& item) {
@@ -291,8 +303,7 @@ void RebuildFile::WriteUnnamedLookup(VFSManageCmd& command, const TODItem& item)
     out << " <ZID " << Zid{item.Zid()} << ">";
 }
 
-void RebuildFile::WriteNamedLookup(VFSManageCmd& command, const TODItem& item,
-                                   std::string_view name) {
+void RebuildFile::WriteNamedLookup(VFSManageCmd& command, const TODItem& item) {
     if (flags & FLAG_TRACE_LOOKUPS)
         std::cerr << LS_LOC("util/common_cpp/rebuildFile", 220) << " Lookup of PZid " << item.PZid()
                   << " on volume " << item.VolumeID() << "\n";
@@ -308,6 +319,7 @@ void RebuildFile::WriteNamedLookup(VFSManageCmd& command, const TODItem& item,
                                          &item.VolumeID(), volumeName, path, detail);
     }
 
+    const std::string& name = item.FileName();
     if (code != 0) {
         out << LOOKUP_ERROR_TEXT << code << ".";
     } else if (detail != 0) {
@@ -327,140 +339,50 @@ void RebuildFile::WriteNamedLookup(VFSManageCmd& command, const TODItem& item,
     }
 }
 
-unsigned long RebuildFile::ProcessTODItems(const char* channelArg) {
-    walkBehindLoad.reset();
-    TODItem item;
-    std::string_view name = item.FileName();
-    unsigned long position = firstTODItem;
-    unsigned long next = 0;
-    unsigned long found = 0;
-    unsigned long ignored = 0;
-    unsigned status;
-    while ((status = item.NextTODItem(text, position, next, name)) == 0) {
-        position = next;
-        ++found;
-        if (item.GetReason() == TODItem::REASON_VISIBILITY_CLEANUP) {
-            ++ignored;
-            continue;
-        }
-
-        // One channel per item, as the storage system expects.
-        std::optional<VFSManageCmd> channel;
-        try {
-            channel.emplace(flags, channelArg);
-        } catch (const std::exception& e) {
-            out << "Unable to create VFSManageCmd:  " << e.what() << "\n";
-            return QVS::zERR_BAD_PARAMETER_VALUE;
-        }
-        if (item.IsNamed())
-            WriteNamedLookup(*channel, item, name);
-        else
-            WriteUnnamedLookup(*channel, item);
-        WriteItemEnd(item);
-    }
-    WriteTotals(found, ignored);
-    return status == QVS::zERR_RAV_EOL ? 0 : status;
-}
-
 unsigned RebuildFile::DisplayMessageItems() {
-    // What the walk begun during the load has found so far is taken over.
-    std::unique_ptr<MessageWalkAhead> behind = std::move(walkBehindLoad);
-    if (behind)
-        behind->Finish();
     out << "Rebuild messages"
         << "\n";
-    MessageItem item;
-    std::string_view message;
-    unsigned long position = 0;
-    unsigned long next = 0;
-    unsigned long found = 0;
-    unsigned status = 0;
     // Logs can hold millions of messages: their lines are collected into
-    // large writes, except while the walk traces on the error stream, where
+    // large writes, except while item traces go to the error stream, where
     // each line has to be out before the next item's traces.
-    const bool tracing = Tracing();
-    if (tracing)
-        behind.reset();
-    MessageLines lines(LINE_BLOCK_SIZE);
-    const char* const textEnd = text.data() + text.size();
-    auto writeLine = [&](std::string_view shown) {
-        ++found;
-        if (!lines.Fits(shown.size())) {
-            WriteLines(lines);
-            if (!lines.Fits(shown.size())) {
-                // A long message goes out from the log itself, not copied.
-                out.write("  ", 2);
-                out.write(shown.data(), static_cast<std::streamsize>(shown.size()));
-                out.write("\n", 1);
+    const bool tracing = (TheApp.Level() & (DEBUG_ITEMS | DEBUG_VALUES | DEBUG_FAILURES)) != 0;
+    std::unique_ptr<char[]> lines(new char[LINE_BLOCK_SIZE]);
+    size_t held = 0;
+    auto writeLines = [&] {
+        out.write(lines.get(), static_cast<std::streamsize>(held));
+        held = 0;
+    };
+    auto writeLine = [&](const std::string& message) {
+        const size_t length = message.size() + MESSAGE_LINE_EXTRA;
+        if (length > LINE_BLOCK_SIZE - held) {
+            writeLines();
+            if (length > LINE_BLOCK_SIZE) {
+                out << "  " << message << "\n";
                 return;
             }
         }
-        lines.Append(shown, textEnd);
+        char* line = lines.get() + held;
+        line[0] = ' ';
+        line[1] = ' ';
+        std::memcpy(line + 2, message.data(), message.size());
+        line[length - 1] = '\n';
+        held += length;
         if (tracing)
-            WriteLines(lines);
+            writeLines();
     };
-
-    // The rest of a large log is walked from further on at the same time on
-    // another thread, whose items and lines, with those still held, take no
-    // more than half the log's size.
-    std::unique_ptr<MessageWalkAhead> ahead;
-    auto startAhead = [&](unsigned long from, std::size_t held) {
-        const std::size_t rest = text.size() - from;
-        if (tracing || !WorthTwoThreads(rest) || held >= text.size() / 2)
-            return;
-        const std::size_t middle = from + static_cast<std::size_t>(rest * AHEAD_SHARE);
-        ahead = MessageWalkAhead::Start(text, static_cast<unsigned long>(middle),
-                                        (text.size() - middle) / MessageWalkAhead::ITEM_BYTES + 1,
-                                        text.size() / 2 - held);
-    };
-    bool walking = true;
-    if (behind) {
-        startAhead(behind->Last(), behind->Footprint());
-        const std::string_view behindLines = behind->LinesFrom(0);
-        out.write(behindLines.data(), static_cast<std::streamsize>(behindLines.size()));
-        found += behind->Items().size();
-        position = behind->Last();
-        if (behind->Ended()) {
-            status = behind->Status();
-            walking = false;
-        }
-        behind.reset();
-    }
-    if (walking && !ahead)
-        startAhead(position, 0);
-    while (walking && (status = item.NextMessageItem(text, position, next, message)) == 0) {
+    MessageItem item;
+    unsigned long position = 0;
+    unsigned long next = 0;
+    unsigned long found = 0;
+    unsigned status;
+    while ((status = item.FindMessageItemTagAll(text, position, next)) == 0) {
         position = next;
-        writeLine(message);
-        if (!ahead || position < ahead->From())
-            continue;
-        ahead->Wait();
-        std::size_t index = 0;
-        if (ahead->Passed(position, index)) {
-            const std::string_view aheadLines = ahead->LinesFrom(index);
-            found += ahead->Items().size() - index;
-            WriteLines(lines);
-            out.write(aheadLines.data(), static_cast<std::streamsize>(aheadLines.size()));
-            if (ahead->Ended()) {
-                status = ahead->Status();
-                break;
-            }
-            position = ahead->Last();
-            ahead.reset();
-        } else if (position > ahead->Last()) {
-            ahead.reset();
-        }
+        ++found;
+        writeLine(item.Text());
     }
-    ahead.reset();
-    WriteLines(lines);
+    writeLines();
     out << "\n"
         << "Found " << found << " messages.\n"
         << "\n";
     return status == QVS::zERR_RAV_EOL ? 0 : status;
-}
-
-void RebuildFile::WriteLines(MessageLines& lines) {
-    const std::string_view written = lines.View();
-    if (!written.empty())
-        out.write(written.data(), static_cast<std::streamsize>(written.size()));
-    lines.Clear();
 }

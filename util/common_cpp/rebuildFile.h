@@ -5,13 +5,9 @@
 #define UTIL_COMMON_CPP_REBUILDFILE_H
 
 #include <cstdio>
-#include <memory>
 #include <ostream>
 #include <string>
-#include <string_view>
 
-class MessageLines;
-class MessageWalkAhead;
 class TODItem;
 class VFSManageCmd;
 
@@ -50,24 +46,21 @@ private:
     unsigned CheckRootElement() const;
     void ReportMemoryFailure();
     void CloseFile();
+    // The walk of both TOD displays: every item is counted, and `show` is
+    // given each one that is not ignored. `show` returns 0 to go on, or a
+    // status that ends the walk at once, without the totals.
+    template <typename Show>
+    unsigned WalkTODItems(Show show);
     void WriteUnnamedLookup(VFSManageCmd& command, const TODItem& item);
-    void WriteNamedLookup(VFSManageCmd& command, const TODItem& item, std::string_view name);
+    void WriteNamedLookup(VFSManageCmd& command, const TODItem& item);
     void WriteItemEnd(const TODItem& item);
     void WriteTotals(unsigned long found, unsigned long ignored);
-    void WriteLines(MessageLines& lines);
-    static bool Tracing();
 
     std::string fileName;
     FILE* file;
     unsigned flags;
     std::ostream& out;
     std::string text;
-    // Where the walk of the TOD items may start: at the first "<todItem>",
-    // as a walk from 0 would find it, or at the end when there is none.
-    unsigned long firstTODItem = 0;
-    // The message walk that starts while a large log is read; it reads
-    // `text`, so it is declared after it and ends before it goes.
-    std::unique_ptr<MessageWalkAhead> walkBehindLoad;
 };
 
 #endif

@@ -3,6 +3,7 @@
 
 #include "util/support/qvsGuid.h"
 #include "util/support/qvsStatus.h"
+#include "util/support/textSearch.h"
 
 #include <cctype>
 #include <cstdlib>
@@ -165,26 +166,49 @@ std::ostream& operator<<(std::ostream& os, const UnicodeString& name) {
 
 namespace {
 
-// Finds the value behind `key`; sets [start, close) to the quoted text.
-unsigned locateValue(const char* text, const char* key, const char*& start, const char*& close) {
-    const char* hit = std::strstr(text, key);
-    if (hit == nullptr)
+// Finds the value behind `key` in `text`, read as a terminated string would
+// be: it ends at the view's end or at its first zero byte. [start, close) is
+// the quoted text.
+QVS_INLINE unsigned locateValue(std::string_view text, std::string_view key, const char*& start,
+                                const char*& close) {
+    const char* const data = text.data();
+    const std::size_t hit = QVS::FindIn(data, 0, text.size(), QVS::Needle(key, 1));
+    // A zero byte ends the text: a key that only comes after one is absent,
+    // and so is a closing quote.
+    if (hit == std::string_view::npos ||
+        QVS::FindByte(data, data + hit, '\0', data + text.size()) != nullptr)
         return QVS::zERR_LIB_SEARCH_STRING_NOT_FOUND;
-    start = hit + std::strlen(key);
-    close = std::strchr(start, '"');
-    if (close == nullptr)
+    const char* const value = data + hit + key.size();
+    const char* const quote = QVS::FindQuoteOrZero(value, data + text.size());
+    if (quote == nullptr || *quote == '\0')
         return QVS::zERR_LIB_QUOTE_NOT_FOUND;
+    start = value;
+    close = quote;
     return 0;
 }
 
-} // namespace
-
-namespace {
+// strtoull(text, nullptr, 0) for the usual value, up to 19 plain decimal
+// digits that end before `close` (no overflow possible); false for anything
+// else, which goes to the C library.
+bool plainDecimal(const char* text, const char* close, unsigned long long* value) {
+    if (text == close || *text < '1' || *text > '9' || close - text > 19)
+        return false;
+    unsigned long long result = 0;
+    for (; text < close; ++text) {
+        const unsigned digit = static_cast<unsigned char>(*text) - '0';
+        if (digit > 9)
+            break;
+        result = result * 10 + digit;
+    }
+    *value = result;
+    return true;
+}
 
 // The numeric forms: convert from the value's start, stopping at the first
-// character that cannot belong to the number.
+// character that cannot belong to the number, at the closing quote at the
+// latest (so a text that is not terminated is never read past it).
 template <typename T, typename Convert>
-unsigned GetNumber(const char* text, const char* key, T* value, Convert convert) {
+unsigned GetNumber(std::string_view text, std::string_view key, T* value, Convert convert) {
     const char *start, *close;
     unsigned status = locateValue(text, key, start, close);
     if (status == 0)
@@ -194,27 +218,32 @@ unsigned GetNumber(const char* text, const char* key, T* value, Convert convert)
 
 } // namespace
 
-unsigned LBP_GetValue(const char* text, const char* key, unsigned int* value) {
+unsigned LBP_GetValue(std::string_view text, std::string_view key, unsigned int* value) {
     return GetNumber(text, key, value, [](const char* s) { return std::strtoul(s, nullptr, 0); });
 }
 
-unsigned LBP_GetValue(const char* text, const char* key, int* value) {
+unsigned LBP_GetValue(std::string_view text, std::string_view key, int* value) {
     return GetNumber(text, key, value, [](const char* s) { return std::strtol(s, nullptr, 0); });
 }
 
-unsigned LBP_GetValue(const char* text, const char* key, unsigned long* value) {
+unsigned LBP_GetValue(std::string_view text, std::string_view key, unsigned long* value) {
     return GetNumber(text, key, value, [](const char* s) { return std::strtoul(s, nullptr, 0); });
 }
 
-unsigned LBP_GetValue(const char* text, const char* key, long* value) {
+unsigned LBP_GetValue(std::string_view text, std::string_view key, long* value) {
     return GetNumber(text, key, value, [](const char* s) { return std::strtol(s, nullptr, 0); });
 }
 
-unsigned LBP_GetValue(const char* text, const char* key, unsigned long long* value) {
-    return GetNumber(text, key, value, [](const char* s) { return std::strtoull(s, nullptr, 0); });
+unsigned LBP_GetValue(std::string_view text, std::string_view key, unsigned long long* value) {
+    const char *start, *close;
+    unsigned status = locateValue(text, key, start, close);
+    // Millions of keys and ZIDs of a log are plain decimals.
+    if (status == 0 && !plainDecimal(start, close, value))
+        *value = std::strtoull(start, nullptr, 0);
+    return status;
 }
 
-unsigned LBP_GetValue(const char* text, const char* key, bool* value) {
+unsigned LBP_GetValue(std::string_view text, std::string_view key, bool* value) {
     unsigned long long number = 0;
     unsigned status = LBP_GetValue(text, key, &number);
     if (status == 0)
@@ -222,7 +251,7 @@ unsigned LBP_GetValue(const char* text, const char* key, bool* value) {
     return status;
 }
 
-unsigned LBP_GetValue(const char* text, const char* key, char* buffer, unsigned size) {
+unsigned LBP_GetValue(std::string_view text, std::string_view key, char* buffer, unsigned size) {
     if (size == 0)
         return QVS::zERR_BUFFER_TOO_SMALL;
     const char *start, *close;
@@ -237,7 +266,7 @@ unsigned LBP_GetValue(const char* text, const char* key, char* buffer, unsigned 
     return 0;
 }
 
-unsigned LBP_GetValue(const char* text, const char* key, std::string& value) {
+unsigned LBP_GetValue(std::string_view text, std::string_view key, std::string& value) {
     const char *start, *close;
     unsigned status = locateValue(text, key, start, close);
     if (status != 0)
@@ -250,16 +279,53 @@ unsigned LBP_GetValue(const char* text, const char* key, std::string& value) {
     return 0;
 }
 
-unsigned LBP_GetValue(const char* text, const char* key, GUID_t* value) {
+unsigned LBP_GetValue(std::string_view text, std::string_view key, GUID_t* value) {
     const char *start, *close;
     unsigned status = locateValue(text, key, start, close);
     if (status != 0)
         return status;
     size_t length = static_cast<size_t>(close - start);
-    if (length != 36 && length != 37)
+    if (length != QVS::GUID_TEXT_LENGTH - 1 && length != QVS::GUID_TEXT_LENGTH)
         return QVS::zERR_INVALID_VOLUME_ID;
     char copy[QVS::GUID_TEXT_LENGTH + 1];
     std::memcpy(copy, start, length);
     copy[length] = '\0';
     return QVS::LB_GUIDFromUTF8(copy, value);
+}
+
+// The terminated-string forms are the same extraction over the whole string.
+unsigned LBP_GetValue(const char* text, const char* key, unsigned int* value) {
+    return LBP_GetValue(std::string_view(text), key, value);
+}
+
+unsigned LBP_GetValue(const char* text, const char* key, int* value) {
+    return LBP_GetValue(std::string_view(text), key, value);
+}
+
+unsigned LBP_GetValue(const char* text, const char* key, unsigned long* value) {
+    return LBP_GetValue(std::string_view(text), key, value);
+}
+
+unsigned LBP_GetValue(const char* text, const char* key, long* value) {
+    return LBP_GetValue(std::string_view(text), key, value);
+}
+
+unsigned LBP_GetValue(const char* text, const char* key, unsigned long long* value) {
+    return LBP_GetValue(std::string_view(text), key, value);
+}
+
+unsigned LBP_GetValue(const char* text, const char* key, bool* value) {
+    return LBP_GetValue(std::string_view(text), key, value);
+}
+
+unsigned LBP_GetValue(const char* text, const char* key, char* buffer, unsigned size) {
+    return LBP_GetValue(std::string_view(text), key, buffer, size);
+}
+
+unsigned LBP_GetValue(const char* text, const char* key, std::string& value) {
+    return LBP_GetValue(std::string_view(text), key, value);
+}
+
+unsigned LBP_GetValue(const char* text, const char* key, GUID_t* value) {
+    return LBP_GetValue(std::string_view(text), key, value);
 }

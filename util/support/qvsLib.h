@@ -8,6 +8,7 @@
 #include <ctime>
 #include <ostream>
 #include <string>
+#include <string_view>
 
 struct GUID_t;
 
@@ -69,5 +70,18 @@ unsigned LBP_GetValue(const char* text, const char* key, bool* value);
 unsigned LBP_GetValue(const char* text, const char* key, char* buffer, unsigned size);
 unsigned LBP_GetValue(const char* text, const char* key, std::string& value);
 unsigned LBP_GetValue(const char* text, const char* key, GUID_t* value);
+
+// The same over a text that need not be terminated, such as one item inside
+// a whole rebuild log: it is read as the terminated string that ends at the
+// view's end or at its first zero byte, whichever comes first.
+unsigned LBP_GetValue(std::string_view text, std::string_view key, unsigned int* value);
+unsigned LBP_GetValue(std::string_view text, std::string_view key, int* value);
+unsigned LBP_GetValue(std::string_view text, std::string_view key, unsigned long* value);
+unsigned LBP_GetValue(std::string_view text, std::string_view key, long* value);
+unsigned LBP_GetValue(std::string_view text, std::string_view key, unsigned long long* value);
+unsigned LBP_GetValue(std::string_view text, std::string_view key, bool* value);
+unsigned LBP_GetValue(std::string_view text, std::string_view key, char* buffer, unsigned size);
+unsigned LBP_GetValue(std::string_view text, std::string_view key, std::string& value);
+unsigned LBP_GetValue(std::string_view text, std::string_view key, GUID_t* value);
 
 #endif
