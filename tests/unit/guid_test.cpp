@@ -72,6 +72,47 @@ TEST(GuidText, StreamOperatorIgnoresShowbaseAndDecimalState) {
     EXPECT_EQ(os.str(), "00abcdef-0002-0003-80-05-060708090a0b");
 }
 
+TEST(GuidText, StreamOperatorWritesThePlainTextWhateverTheStreamWasSetTo) {
+    // Every combination an earlier writer may have left: adjustment, case,
+    // base prefix, sign, base, and a width with a fill character.
+    GUID_t g = Sample();
+    g.timeLow = 0xabcdef;
+    g.node[5] = 0xfe;
+    const std::string plain = "00abcdef-0002-0003-80-05-060708090afe";
+    const std::ios_base::fmtflags adjustments[] = {std::ios_base::fmtflags(), std::ios_base::left,
+                                                   std::ios_base::right, std::ios_base::internal};
+    const std::ios_base::fmtflags bases[] = {std::ios_base::fmtflags(), std::ios_base::dec,
+                                             std::ios_base::oct, std::ios_base::hex};
+    unsigned combinations = 0;
+    for (std::ios_base::fmtflags adjustment : adjustments)
+        for (std::ios_base::fmtflags base : bases)
+            for (int others = 0; others < 8; ++others)
+                for (int width : {0, 1, 40})
+                    for (char fill : {' ', '*', '0'}) {
+                        std::ostringstream os;
+                        os.flags(adjustment | base |
+                                 ((others & 1) ? std::ios_base::uppercase : std::ios_base::fmtflags()) |
+                                 ((others & 2) ? std::ios_base::showbase : std::ios_base::fmtflags()) |
+                                 ((others & 4) ? std::ios_base::showpos : std::ios_base::fmtflags()));
+                        os.width(width);
+                        os.fill(fill);
+                        const std::ios_base::fmtflags before = os.flags();
+                        os << g;
+                        EXPECT_EQ(os.str(), plain) << "flags " << before << " width " << width
+                                                   << " fill '" << fill << "'";
+                        EXPECT_EQ(os.flags(), before);
+                        ++combinations;
+                    }
+    EXPECT_EQ(combinations, 4u * 4u * 8u * 3u * 3u);
+}
+
+TEST(GuidText, LeftAdjustedStreamKeepsTheZerosInFront) {
+    GUID_t g = Sample();
+    std::ostringstream os;
+    os << std::left << g;
+    EXPECT_EQ(os.str(), "00000001-0002-0003-80-05-060708090a0b");
+}
+
 TEST(GuidParse, BothFormsGiveTheSameIdentifier) {
     GUID_t a{}, b{};
     ASSERT_EQ(QVS::LB_GUIDFromUTF8("00000001-0002-0003-80-05-060708090a0b", &a), 0u);

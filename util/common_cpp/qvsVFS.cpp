@@ -4,6 +4,7 @@
 #include "util/common_cpp/lbpMisc.h"
 #include "util/common_cpp/nXML.h"
 #include "util/support/location.h"
+#include "util/support/outputWriter.h"
 #include "util/support/qvsError.h"
 #include "util/support/qvsLib.h"
 #include "util/support/qvsStatus.h"
@@ -205,16 +206,16 @@ QVSVirtualFileServices::QVSVirtualFileServices(unsigned int flags, const char* f
     }
     // Neither failure is fatal: the first request finds out.
     if (std::fflush(file) != 0)
-        std::perror("Unable to flush data 1");
+        QVS::PrintSystemError("Unable to flush data 1");
     if (std::fseek(file, 0, SEEK_SET) != 0)
-        std::perror("Unable to fseek to 0 -- case 1");
+        QVS::PrintSystemError("Unable to fseek to 0 -- case 1");
 }
 
 QVSVirtualFileServices::~QVSVirtualFileServices() {
     if (file == nullptr)
         return;
     if (std::fflush(file) != 0)
-        std::perror("Unable to flush data 2");
+        QVS::PrintSystemError("Unable to flush data 2");
     std::fclose(file);
     file = nullptr;
 }
@@ -248,7 +249,7 @@ void QVSVirtualFileServices::Write(const char* data, unsigned long length) {
     std::clearerr(file);
     if (std::fwrite(data, 1, length, file) == length) {
         if (std::fflush(file) != 0)
-            std::perror("Unable to flush data 3");
+            QVS::PrintSystemError("Unable to flush data 3");
         return;
     }
     const int error = errno;

@@ -5,6 +5,7 @@
 
 #include <cstring>
 #include <ctime>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -1127,14 +1128,15 @@ std::ostream& fileOut(std::ostream& os, BlockConflicts_s const& r) {
 }
 
 std::ostream& fileOut(std::ostream& os, LVSkipped_s const& r) {
+    // Only the name's conversion may fail here; a failed write stops the work.
+    std::unique_ptr<UnicodeString> name;
     try {
-        return variableDataNameStatusStatusSetter(
-            os, UnicodeString(r.volumeName, VOLUME_NAME_UNITS), r.status,
-            narrowText(r.sourceSetter, NARROW_TEXT_SIZE).c_str());
+        name.reset(new UnicodeString(r.volumeName, VOLUME_NAME_UNITS));
     } catch (...) {
-        return variableDataNameStatusStatusSetter(
-            os, VFF_VolumeName, r.status, narrowText(r.sourceSetter, NARROW_TEXT_SIZE).c_str());
+        name.reset();
     }
+    return variableDataNameStatusStatusSetter(os, name ? *name : VFF_VolumeName, r.status,
+                                              narrowText(r.sourceSetter, NARROW_TEXT_SIZE).c_str());
 }
 
 std::ostream& operator<<(std::ostream& os, RAV_Action_s const& record) {

@@ -1,10 +1,15 @@
 // logsiftMain.cpp - program entry: reads the command line and views one file.
 #include "util/logsift/logsiftView.h"
 #include "util/logsift/rvConfig.h"
+#include "util/support/outputWriter.h"
 
+#include <cstring>
 #include <iostream>
 
-int main(int argc, char** argv) {
+namespace {
+
+// What happens after the command line is read; its result is the exit status.
+int run(int argc, char** argv) {
     RVConfig cfg("logsift", "1.00");
     int result = cfg.ProcessCommandLine(std::cout, argc, argv);
     if (result != 0)
@@ -25,4 +30,21 @@ int main(int argc, char** argv) {
             RXF_View(cfg.fileName, cfg);
     }
     return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QVS::StandardOutput output;
+    try {
+        const int status = run(argc, argv);
+        output.Flush();
+        return status;
+    } catch (const QVS::OutputWriteError& failure) {
+        // Output that cannot be written is never lost silently: the work
+        // stops at the first failed write.
+        output.StopThrowing();
+        std::cerr << "logsift: write error: " << std::strerror(failure.error) << std::endl;
+        return 1;
+    }
 }

@@ -1,6 +1,7 @@
 // logsiftNewest.cpp - finds a pool's newest report or log in the RAV directory
 // by the hexadecimal stamp in its name.
 #include "util/logsift/logsiftView.h"
+#include "util/support/outputWriter.h"
 
 #include <algorithm>
 #include <cctype>
@@ -54,7 +55,7 @@ bool FindTheNewestFile(const std::string& directory, const std::string& poolName
                        std::string& path, bool rebuildLog) {
     DIR* dir = opendir(directory.c_str());
     if (dir == nullptr) {
-        perror("Could not open directory");
+        QVS::PrintSystemError("Could not open directory");
         return false;
     }
     unsigned long long best = 0;
@@ -64,7 +65,7 @@ bool FindTheNewestFile(const std::string& directory, const std::string& poolName
         struct dirent* entry = readdir(dir);
         if (entry == nullptr) {
             if (errno != 0 && errno != ENOENT)
-                perror("Could not scan complete directory");
+                QVS::PrintSystemError("Could not scan complete directory");
             break;
         }
         unsigned long long stamp = 0;

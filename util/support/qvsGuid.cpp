@@ -155,8 +155,11 @@ int LB_GUIDCompare(GUID_t* a, GUID_t* b) {
 } // namespace QVS
 
 std::ostream& operator<<(std::ostream& os, const GUID_t& guid) {
+    // Whatever an earlier writer left set (adjustment, case, base prefix,
+    // sign) must not change the text; the flags are restored below.
     std::ios_base::fmtflags saved = os.flags();
-    os << std::hex << std::noshowbase << std::setfill('0');
+    os << std::hex << std::noshowbase << std::nouppercase << std::noshowpos << std::right
+       << std::setfill('0');
     os << std::setw(8) << guid.timeLow << "-" << std::setw(4) << guid.timeMid << "-"
        << std::setw(4) << guid.timeHighAndVersion << "-" << std::setw(2)
        << unsigned(guid.clockSeqHighAndReserved) << "-" << std::setw(2)

@@ -1,0 +1,2 @@
+mkdir rav
+cp report.vbf rav/POOL1_verify_0000001A_report.vbf
