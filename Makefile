@@ -12,34 +12,46 @@ CMAKE_FLAGS ?=
 
 LOGSIFT = $(BUILD_DIR)/logsift
 MAKEFLAGS += --no-print-directory
+CONFIGURE = cmake -S . -B $(BUILD_DIR) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DLOGSIFT_WERROR=ON \
+	    -DCMAKE_INSTALL_PREFIX=$(PREFIX) $(CMAKE_FLAGS)
 
-.PHONY: all build demo test test-sanitize fuzz fuzz-build fuzz-check deps install package clean
+.PHONY: all build tool demo test test-sanitize fuzz fuzz-build fuzz-check deps install package clean
 
 all: build
 
+# Configuring needs nothing but a compiler and CMake; without GoogleTest the
+# unit tests are left out (`make test` installs it).
 $(BUILD_DIR)/CMakeCache.txt:
-	cmake -S . -B $(BUILD_DIR) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DLOGSIFT_WERROR=ON \
-	    -DCMAKE_INSTALL_PREFIX=$(PREFIX) $(CMAKE_FLAGS)
+	$(CONFIGURE)
 
+# Everything: the tool, the test tools and every test that can be built.
 build: $(BUILD_DIR)/CMakeCache.txt
 	cmake --build $(BUILD_DIR) -j $(JOBS)
 
-# Builds the tool, then shows it on the bundled sample files.
-demo: build
+# The tool alone.
+tool: $(BUILD_DIR)/CMakeCache.txt
+	cmake --build $(BUILD_DIR) -j $(JOBS) --target logsift
+
+# Builds the tool (and the simulated administration volume where libfuse3 is
+# there), then shows it on the bundled sample files.
+demo: $(BUILD_DIR)/CMakeCache.txt
+	cmake --build $(BUILD_DIR) -j $(JOBS) --target demo_programs
 	@bash examples/demo.sh $(LOGSIFT)
 
 # Installs what the tests need (when missing), builds with warnings as
-# errors, and runs every test through CTest.
-test: deps build
+# errors, and runs every test through CTest; then the sanitizer suite and
+# the fuzz targets.
+test: deps
+	$(CONFIGURE) -DLOGSIFT_REQUIRE_TESTS=ON
+	cmake --build $(BUILD_DIR) -j $(JOBS)
 	cd $(BUILD_DIR) && ctest --output-on-failure -j $(JOBS)
 	$(MAKE) test-sanitize
-	$(MAKE)
 	$(MAKE) fuzz-check
 
 # The whole suite again, built with AddressSanitizer and UBSan.
 test-sanitize: deps
 	cmake -S . -B $(SANITIZE_DIR) -DCMAKE_BUILD_TYPE=Debug -DLOGSIFT_WERROR=ON \
-	    -DLOGSIFT_SANITIZE=ON $(CMAKE_FLAGS)
+	    -DLOGSIFT_SANITIZE=ON -DLOGSIFT_REQUIRE_TESTS=ON $(CMAKE_FLAGS)
 	cmake --build $(SANITIZE_DIR) -j $(JOBS)
 	cd $(SANITIZE_DIR) && ctest --output-on-failure -j $(JOBS)
 
@@ -59,11 +71,12 @@ fuzz-check: fuzz-build
 deps:
 	@bash tests/install-deps.sh
 
-install: build
-	DESTDIR=$(DESTDIR) cmake --install $(BUILD_DIR) --prefix $(PREFIX)
+# The tool (stripped), its manual page, its completion and its documents.
+install: tool
+	DESTDIR=$(DESTDIR) cmake --install $(BUILD_DIR) --prefix $(PREFIX) --strip --component tool
 
-# A Debian package of the tool, its manual page and its completion.
-package: build
+# A Debian package of the same files, installed under /usr.
+package: tool
 	cd $(BUILD_DIR) && cpack -G DEB
 
 clean:

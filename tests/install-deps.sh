@@ -3,7 +3,8 @@
 # need, where they are missing. As root it runs apt-get; otherwise it prints
 # the command to run and fails.
 set -u
-packages=(cmake g++ make python3 libgtest-dev pkg-config libfuse3-dev fuse3 groff-base dpkg-dev clang libclang-rt-14-dev time)
+packages=(cmake g++ make python3 libgtest-dev pkg-config libfuse3-dev fuse3 groff-base dpkg-dev clang
+          libclang-rt-14-dev time lintian tmux bash-completion)
 
 missing=()
 for p in "${packages[@]}"; do

@@ -1,57 +1,113 @@
 #!/usr/bin/env bash
-# completion_test.sh COMPLETION - drives the bash completion function the way
-# bash does (COMP_WORDS, COMP_CWORD) and checks what it offers.
+# completion_test.sh COMPLETION - the bash completion as a user meets it: an
+# interactive bash on a pseudo-terminal (a tmux pane), keys typed into it,
+# the screen read back. Everything is checked twice: with the bash-completion
+# package's library loaded, and without it.
+#
+# After the Tab key a marker (X) is typed, so that the screen shows exactly
+# what the completion inserted, a trailing blank included; a number of its own
+# follows the marker, and each check waits (a bounded number of times) until
+# that is on the screen.
 set -u
-export LC_ALL=C
-source "$1"
+completion=$(cd "$(dirname "$1")" && pwd)/$(basename "$1")
+command -v tmux >/dev/null || { echo "skipped: tmux is missing"; exit 77; }
+library=/usr/share/bash-completion/bash_completion
+[ -f "$library" ] || { echo "skipped: the bash-completion package is missing"; exit 77; }
 work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
+socket=$work/tmux.socket
+trap 'tmux -S "$socket" kill-server 2>/dev/null; rm -rf "$work"' EXIT
 cd "$work" || exit 1
-mkdir -p rav other sub
-: > rav/POOL1_verify_0000001A_report.vbf
-: > rav/pool1_verify_00000020_report.vbf
-: > rav/Data_verify_00000001_REPORT.VBF
-: > rav/Logs_rebuild_00000001_log.xml
-: > rav/short_verify_123_report.vbf
-: > other/Elsewhere_rebuild_00000002_log.xml
-: > report.vbf
-: > rebuild.xml
+
+mkdir -p rav other "dir with space"
+: >rav/POOL1_verify_0000001A_report.vbf
+: >rav/pool1_verify_00000020_report.vbf
+: >rav/Data_verify_00000001_REPORT.VBF
+: >"rav/my pool_verify_00000002_report.vbf"
+: >rav/Logs_rebuild_00000001_log.xml
+: >"dir with space/Inner_verify_00000003_report.vbf"
+: >other/Elsewhere_rebuild_00000002_log.xml
+: >"a b.vbf"
+: >report.vbf
 
 fail=0
-# check "expected words" word...  (the last word is the one being completed)
+checks=0
+# screen: the pane as it is now.
+screen() { tmux -S "$socket" capture-pane -p -t t; }
+
+# start WITH_LIBRARY: a new interactive bash in a new pane.
+start() {
+    tmux -S "$socket" kill-server 2>/dev/null
+    {
+        echo "PS1='$ '"
+        echo "bind 'set show-all-if-ambiguous on'"
+        echo "bind 'set bell-style none'"
+        echo "bind 'set page-completions off'"
+        echo "bind 'set completion-query-items 0'"
+        [ "$1" = yes ] && echo "source '$library'"
+        echo "source '$completion'"
+        echo "cd '$work'"
+        echo "echo READY"
+    } >"$work/rc"
+    env -i HOME="$work" TERM=xterm PATH="$PATH" LC_ALL=C \
+        tmux -S "$socket" new-session -d -s t -x 200 -y 50 "bash --noprofile --rcfile '$work/rc' -i"
+    for _ in $(seq 100); do
+        screen | grep -q '^READY' && return 0
+        sleep 0.05
+    done
+    echo "FAIL: the interactive bash did not start"; fail=1
+}
+
+# check NAME TYPED EXPECTED-LINE [EXPECTED-LISTING]: types TYPED, Tab and the
+# marker, then expects the screen's last line to be "$ EXPECTED-LINE" and,
+# when given, a line listing the matches.
 check() {
-    local expected=$1; shift
-    COMP_WORDS=("$@")
-    COMP_CWORD=$((${#COMP_WORDS[@]} - 1))
-    COMPREPLY=()
-    _logsift
-    local got
-    got=$(printf '%s\n' "${COMPREPLY[@]}" | sort | tr '\n' ' ' | sed 's/ $//')
-    if [ "$got" != "$expected" ]; then
-        echo "FAIL: ${COMP_WORDS[*]}|  expected [$expected] got [$got]"
+    local name=$1 typed=$2 expected=$3 listing=${4:-} shot="" line
+    checks=$((checks + 1))
+    tmux -S "$socket" send-keys -t t C-u C-l
+    tmux -S "$socket" send-keys -t t -l "$typed"
+    tmux -S "$socket" send-keys -t t Tab
+    tmux -S "$socket" send-keys -t t -l "X@$checks"
+    for _ in $(seq 100); do
+        shot=$(screen | sed '/^$/d')
+        line=$(tail -n 1 <<<"$shot")
+        [[ $line == *"X@$checks" ]] && break
+        sleep 0.05
+    done
+    line=${line%"@$checks"}
+    if [ "$line" != "\$ $expected" ]; then
+        echo "FAIL [$mode] $name: expected [\$ $expected], the screen shows [$line]"
+        fail=1
+    fi
+    if [ -n "$listing" ] && ! grep -q -x -F -- "$listing" <<<"$(sed 's/  */ /g; s/ $//' <<<"$shot")"; then
+        echo "FAIL [$mode] $name: no listing [$listing] on the screen:"
+        echo "$shot"
         fail=1
     fi
 }
 
-check "rtf rtfn vbf vbfn" logsift ""
-check "rtf rtfn" logsift -a rt
-check "vbf vbfn" logsift -V 3 vb
-check "--actions" logsift --ac
-check "--actions --help --histograms --objects-details --path= --verbose= --version -H -P -V -a -h -o -v" logsift -
-check "--help --histograms" logsift --h
-check "report.vbf" logsift vbf rep
-check "rebuild.xml" logsift -o rtf reb
-check "" logsift vbf report.vbf ""
-check "other rav sub" logsift -P ""
-check "--path=other" logsift --path=ot
-check "" logsift -V ""
-check "Data POOL1 pool1" logsift -P rav vbfn ""
-check "POOL1" logsift --path rav vbfn P
-check "pool1" logsift --path rav vbfn p
-check "Logs" logsift -P rav rtfn ""
-check "Elsewhere" logsift --path=other rtfn ""
-check "Elsewhere" logsift -Pother rtfn E
-check "" logsift -P rav vbfn POOL1 ""
-check "" logsift -P missing vbfn ""
-[ "$fail" = 0 ] && echo "completion ok"
+for mode in with-bash-completion without-bash-completion; do
+    if [ "$mode" = with-bash-completion ]; then start yes; else start no; fi
+    check "option with = gets no blank" "logsift --pa" "logsift --path=X"
+    check "verbose value" "logsift --verb" "logsift --verbose=X"
+    check "verbose value then the file type" "logsift --verbose=3 vb" "logsift --verbose=3 vbfX" \
+        "vbf vbfn"
+    check "file types" "logsift -a rt" "logsift -a rtfX" "rtf rtfn"
+    check "directory after --path=" "logsift --path=ra" "logsift --path=rav/X"
+    check "directory after -P" "logsift -P oth" "logsift -P other/X"
+    check "pool after --path=DIR" "logsift --path=rav vbfn P" "logsift --path=rav vbfn POOL1 X"
+    check "pools listed" "logsift --path=rav vbfn " "logsift --path=rav vbfn X" \
+        "Data POOL1 my pool pool1"
+    check "pool name with a blank" "logsift -P rav vbfn my" "logsift -P rav vbfn my\\ pool X"
+    check "rebuild pools" "logsift --path rav rtfn " "logsift --path rav rtfn Logs X"
+    check "-P value quoted" 'logsift -P "dir with space" vbfn ' \
+        'logsift -P "dir with space" vbfn Inner X'
+    check "-P value with escapes" 'logsift -P dir\ with\ space vbfn I' \
+        'logsift -P dir\ with\ space vbfn Inner X'
+    check "-PDIR" "logsift -Pother rtfn E" "logsift -Pother rtfn Elsewhere X"
+    check "file name with a blank" "logsift vbf a" "logsift vbf a\\ b.vbf X"
+    check "file name" "logsift -o rtf rep" "logsift -o rtf report.vbf X"
+    check "nothing after the operand" "logsift vbf report.vbf " "logsift vbf report.vbf X"
+    check "nothing for a missing directory" "logsift -P missing vbfn " "logsift -P missing vbfn X"
+done
+[ "$fail" = 0 ] && echo "completion ok (with and without bash-completion)"
 exit "$fail"
