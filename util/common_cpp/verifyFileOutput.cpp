@@ -3,10 +3,14 @@
 #include "util/common_cpp/verifyFile.h"
 #include "util/common_cpp/verifyFileOutput.h"
 
+#include <algorithm>
+#include <charconv>
 #include <cstring>
 #include <ctime>
+#include <new>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace {
@@ -108,10 +112,187 @@ std::string narrowText(const char* field, size_t size) {
 struct WideBuffer {
     unsigned short units[FILE_NAME_UNITS + 1];
     WideBuffer(const unsigned char* field, size_t count) {
-        for (size_t i = 0; i < count; ++i)
+        size_t i = 0;
+        for (; i < count; ++i) {
             units[i] = static_cast<unsigned short>(field[2 * i] | (field[2 * i + 1] << 8));
-        units[count] = 0;
+            if (units[i] == 0)
+                return; // the rest is never read
+        }
+        units[i] = 0;
     }
+};
+
+// A narrow text field copied with its terminator, cut at the end of the
+// field: the rows pass it on without a string of their own.
+struct NarrowBuffer {
+    char text[NARROW_TEXT_SIZE + 1];
+    explicit NarrowBuffer(const char* field) {
+        const size_t length = strnlen(field, NARROW_TEXT_SIZE);
+        std::memcpy(text, field, length);
+        text[length] = '\0';
+    }
+};
+
+// One line of a report, built in place and written with one call: numbers by
+// std::to_chars, padding by arithmetic. Its fields give exactly what the
+// stream writers give (fill ' ' but for dashes, right or left in the width,
+// hexadecimal in lower case without a base prefix), without setting and
+// resetting the stream's flags per field.
+class Line {
+public:
+    explicit Line(std::ostream& out) : os(out) {}
+    Line(const Line&) = delete;
+    Line& operator=(const Line&) = delete;
+
+    Line& Text(std::string_view value) {
+        if (!bad)
+            Put(value.data(), value.size());
+        return *this;
+    }
+    // A field of `width`, the value left in it.
+    Line& Left(std::string_view value, int width) {
+        Text(value);
+        return Pad(value.size(), width);
+    }
+    Line& Left(const char* value, int width) {
+        if (value == nullptr)
+            return Bad();
+        return Left(std::string_view(value), width);
+    }
+    // A field of `width`, the value right in it.
+    Line& Right(std::string_view value, int width) {
+        Pad(value.size(), width);
+        return Text(value);
+    }
+    Line& Right(const char* value, int width) {
+        if (value == nullptr)
+            return Bad();
+        return Right(std::string_view(value), width);
+    }
+    // `width` blanks: a column gap, one blank left in its field.
+    Line& Gap(int width) { return Pad(0, width); }
+    Line& Dashes(int width) { return Fill('-', width > 0 ? static_cast<size_t>(width) : 0); }
+    Line& Hex(uint64_t value, int width) { return Number(value, 16, width); }
+    Line& Decimal(long long value, int width) { return Number(value, 10, width); }
+    Line& Unsigned(unsigned long long value, int width) { return Number(value, 10, width); }
+    // A name of UTF-16 units (little-endian in a record field, cut at its
+    // first 0 unit or at the field's end; or zero-terminated in host order)
+    // in a field of `width`, left in it or right.
+    Line& WideName(const unsigned char* field, size_t units, int width, bool right = false) {
+        if (bad)
+            return *this;
+        // Three bytes a unit at the most; the name fields hold no more units
+        // than a volume name.
+        static_assert(ACTION_OBJECT_UNITS <= VOLUME_NAME_UNITS, "room for every name field");
+        char decoded[3 * VOLUME_NAME_UNITS];
+        size_t length = 0;
+        for (size_t i = 0; i < units && i < VOLUME_NAME_UNITS; ++i) {
+            const unsigned u = field[2 * i] | (static_cast<unsigned>(field[2 * i + 1]) << 8);
+            if (u == 0)
+                break;
+            length += utf8(u, decoded + length);
+        }
+        return Placed(std::string_view(decoded, length), width, right);
+    }
+    Line& WideName(const unsigned short* units, int width) {
+        if (bad || units == nullptr)
+            return *this;
+        size_t length = 0;
+        for (; *units != 0; ++units) {
+            char bytes[3];
+            const size_t n = utf8(*units, bytes);
+            Put(bytes, n);
+            length += n;
+        }
+        return Pad(length, width);
+    }
+    // Writes the line as it stands; a field given a null text ends it there
+    // with the stream's bad bit, as the stream writers do.
+    void Write() {
+        Spill();
+        if (bad)
+            os.setstate(std::ios_base::badbit);
+    }
+    // The line and its end.
+    void End() {
+        if (!bad)
+            Put("\n", 1);
+        Write();
+    }
+
+private:
+    static constexpr size_t CAPACITY = 2048;
+
+    // The bytes of one UTF-16 unit, each encoded on its own as uni2utf does.
+    static size_t utf8(unsigned u, char* out) {
+        if (u < 0x80) {
+            out[0] = static_cast<char>(u);
+            return 1;
+        }
+        if (u < 0x800) {
+            out[0] = static_cast<char>(0xC0 | (u >> 6));
+            out[1] = static_cast<char>(0x80 | (u & 0x3F));
+            return 2;
+        }
+        out[0] = static_cast<char>(0xE0 | (u >> 12));
+        out[1] = static_cast<char>(0x80 | ((u >> 6) & 0x3F));
+        out[2] = static_cast<char>(0x80 | (u & 0x3F));
+        return 3;
+    }
+    Line& Placed(std::string_view value, int width, bool right) {
+        return right ? Right(value, width) : Left(value, width);
+    }
+    Line& Bad() {
+        bad = true;
+        return *this;
+    }
+    // Room for `n` more bytes; what does not fit is written first.
+    bool Room(size_t n) {
+        if (n > CAPACITY - used)
+            Spill();
+        return n <= CAPACITY;
+    }
+    void Spill() {
+        if (used > 0)
+            os.write(line, static_cast<std::streamsize>(used));
+        used = 0;
+    }
+    void Put(const char* bytes, size_t n) {
+        if (!Room(n)) {
+            os.write(bytes, static_cast<std::streamsize>(n));
+            return;
+        }
+        std::memcpy(line + used, bytes, n);
+        used += n;
+    }
+    Line& Fill(char c, size_t n) {
+        if (bad)
+            return *this;
+        while (n > 0) {
+            Room(1);
+            const size_t part = std::min(n, CAPACITY - used);
+            std::memset(line + used, c, part);
+            used += part;
+            n -= part;
+        }
+        return *this;
+    }
+    Line& Pad(size_t length, int width) {
+        if (width > 0 && length < static_cast<size_t>(width))
+            Fill(' ', static_cast<size_t>(width) - length);
+        return *this;
+    }
+    template <typename T>
+    Line& Number(T value, int base, int width) {
+        char digits[24];
+        const std::to_chars_result result = std::to_chars(digits, digits + sizeof digits, value, base);
+        return Right(std::string_view(digits, static_cast<size_t>(result.ptr - digits)), width);
+    }
+
+    std::ostream& os;
+    char line[CAPACITY];
+    size_t used = 0;
+    bool bad = false;
 };
 
 // Padded fields. Each sets its own fill, so no leftover fill shows.
@@ -125,19 +306,8 @@ void text(std::ostream& os, const char* value, int width, std::ios_base::fmtflag
         os << value;
 }
 
-void text(std::ostream& os, const std::string& value, int width, std::ios_base::fmtflags adjust) {
-    os.fill(' ');
-    os.setf(adjust, std::ios_base::adjustfield);
-    os.width(width);
-    os << value;
-}
-
 void left(std::ostream& os, const char* value, int width) {
     text(os, value, width, std::ios_base::left);
-}
-
-void right(std::ostream& os, const char* value, int width) {
-    text(os, value, width, std::ios_base::right);
 }
 
 // A blank column gap: one space left in a field of `width`.
@@ -147,31 +317,6 @@ void dashes(std::ostream& os, int width) {
     os.fill('-');
     os.width(width);
     os << "";
-}
-
-void hexField(std::ostream& os, uint64_t value, int width) {
-    os.fill(' ');
-    os.setf(std::ios_base::right, std::ios_base::adjustfield);
-    os.setf(std::ios_base::hex, std::ios_base::basefield);
-    os.unsetf(std::ios_base::showbase | std::ios_base::uppercase);
-    os.width(width);
-    os << value;
-}
-
-void decField(std::ostream& os, long long value, int width) {
-    os.fill(' ');
-    os.setf(std::ios_base::right, std::ios_base::adjustfield);
-    os.setf(std::ios_base::dec, std::ios_base::basefield);
-    os.width(width);
-    os << value;
-}
-
-void unsignedField(std::ostream& os, unsigned long long value, int width) {
-    os.fill(' ');
-    os.setf(std::ios_base::right, std::ios_base::adjustfield);
-    os.setf(std::ios_base::dec, std::ios_base::basefield);
-    os.width(width);
-    os << value;
 }
 
 // The dotted line up to its value field: one space, the label left in
@@ -429,37 +574,29 @@ std::ostream& fileOutHeader(std::ostream& os, LevelInformation_s const& /*level*
 namespace {
 
 // The counts of a level or totals row, after its description column.
-void levelCounts(std::ostream& os, LevelInformation_s const& info) {
+void levelCounts(Line& line, LevelInformation_s const& info) {
     const uint32_t blocks = info.blocks;
     const uint32_t records = info.records;
-    gap(os, 3);
-    unsignedField(os, blocks, 14);
-    gap(os, 3);
-    unsignedField(os, records, 16);
-    gap(os, 3);
-    unsignedField(os, info.objects, 16);
-    gap(os, 3);
-    unsignedField(os, records / (blocks == 0 ? 1u : blocks), 8);
-    gap(os, 3);
-    os << '\n';
+    line.Gap(3).Unsigned(blocks, 14).Gap(3).Unsigned(records, 16).Gap(3);
+    line.Unsigned(info.objects, 16).Gap(3);
+    line.Unsigned(records / (blocks == 0 ? 1u : blocks), 8).Gap(3);
 }
 
 } // namespace
 
 std::ostream& fileOut(std::ostream& os, unsigned level, LevelInformation_s const& info) {
-    FlagsSaver saver(os);
-    os << "  ";
-    right(os, "Level ", 14);
-    unsignedField(os, level, 2);
-    levelCounts(os, info);
+    Line line(os);
+    line.Text("  ").Right("Level ", 14).Unsigned(level, 2);
+    levelCounts(line, info);
+    line.End();
     return os;
 }
 
 std::ostream& fileOut(std::ostream& os, char const* label, LevelInformation_s const& info) {
-    FlagsSaver saver(os);
-    os << "  ";
-    right(os, label, 16);
-    levelCounts(os, info);
+    Line line(os);
+    line.Text("  ").Right(label, 16);
+    levelCounts(line, info);
+    line.End();
     return os;
 }
 
@@ -727,29 +864,16 @@ template <size_t N> std::ostream& heading(std::ostream& os, const Column (&colum
     return os;
 }
 
-void zidColumn(std::ostream& os, uint64_t zid, int width, int markWidth) {
-    hexField(os, zid, width);
-    left(os, "z", markWidth);
+void zidColumn(Line& line, uint64_t zid, int width, int markWidth) {
+    line.Hex(zid, width).Left("z", markWidth);
 }
 
-void blockColumn(std::ostream& os, uint64_t block, int width, int markWidth) {
-    hexField(os, block, width);
-    left(os, "k", markWidth);
+void blockColumn(Line& line, uint64_t block, int width, int markWidth) {
+    line.Hex(block, width).Left("k", markWidth);
 }
 
-void statusColumns(std::ostream& os, int status, char const* sourceSetter) {
-    decField(os, status, 6);
-    gap(os, 3);
-    left(os, sourceSetter, 32);
-    gap(os, 3);
-}
-
-std::string fileNameText(unsigned short const* fileName) {
-    try {
-        return UnicodeString(fileName).utf8();
-    } catch (...) {
-        return VFF_FileName.utf8();
-    }
+void statusColumns(Line& line, int status, char const* sourceSetter) {
+    line.Decimal(status, 6).Gap(3).Left(sourceSetter, 32).Gap(3);
 }
 
 } // namespace
@@ -814,85 +938,74 @@ std::ostream& variableHeaderZidZidNTNSMFileNameStatusStatusSetter(std::ostream& 
 }
 
 std::ostream& variableDataZid(std::ostream& os, uint64_t zid) {
-    FlagsSaver saver(os);
-    os << "  ";
-    zidColumn(os, zid, 17, 2);
-    os << '\n';
+    Line line(os);
+    zidColumn(line.Text("  "), zid, 17, 2);
+    line.End();
     return os;
 }
 
 std::ostream& variableDataZidBlock(std::ostream& os, uint64_t zid, uint64_t block) {
-    FlagsSaver saver(os);
-    os << "  ";
-    zidColumn(os, zid, 17, 2);
-    unsignedField(os, block, 9); // decimal here, unlike every other block column
-    left(os, "k", 2);
-    os << '\n';
+    Line line(os);
+    zidColumn(line.Text("  "), zid, 17, 2);
+    line.Unsigned(block, 9).Left("k", 2); // decimal here, unlike every other block column
+    line.End();
     return os;
 }
 
 std::ostream& variableDataBlockBlock(std::ostream& os, uint64_t startBlock, uint64_t endBlock) {
-    FlagsSaver saver(os);
-    os << "  ";
-    blockColumn(os, startBlock, 8, 3);
-    blockColumn(os, endBlock, 8, 3);
-    os << '\n';
+    Line line(os);
+    blockColumn(line.Text("  "), startBlock, 8, 3);
+    blockColumn(line, endBlock, 8, 3);
+    line.End();
     return os;
 }
 
 std::ostream& variableDataZidStatusStatusSetter(std::ostream& os, uint64_t zid, int status,
                                                 char const* sourceSetter) {
-    FlagsSaver saver(os);
-    os << "  ";
-    zidColumn(os, zid, 17, 2);
-    statusColumns(os, status, sourceSetter);
-    os << '\n';
+    Line line(os);
+    zidColumn(line.Text("  "), zid, 17, 2);
+    statusColumns(line, status, sourceSetter);
+    line.End();
     return os;
 }
 
 std::ostream& variableDataBlockStatusStatusSetter(std::ostream& os, uint64_t block, int status,
                                                   char const* sourceSetter) {
-    FlagsSaver saver(os);
-    os << "  ";
-    blockColumn(os, block, 16, 3);
-    statusColumns(os, status, sourceSetter);
-    os << '\n';
+    Line line(os);
+    blockColumn(line.Text("  "), block, 16, 3);
+    statusColumns(line, status, sourceSetter);
+    line.End();
     return os;
 }
 
 std::ostream& variableDataNameStatusStatusSetter(std::ostream& os, UnicodeString const& name,
                                                  int status, char const* sourceSetter) {
-    FlagsSaver saver(os);
-    os << "  ";
-    text(os, name.utf8(), 32, std::ios_base::left);
-    gap(os, 3);
-    statusColumns(os, status, sourceSetter);
-    os << '\n';
+    Line line(os);
+    line.Text("  ").Left(name.utf8(), 32).Gap(3);
+    statusColumns(line, status, sourceSetter);
+    line.End();
     return os;
 }
 
 std::ostream& variableDataZidZidStatusStatusSetter(std::ostream& os, uint64_t zid1,
                                                    uint64_t zid2, int status,
                                                    char const* sourceSetter) {
-    FlagsSaver saver(os);
-    os << "  ";
-    zidColumn(os, zid1, 17, 2);
-    zidColumn(os, zid2, 17, 2);
-    statusColumns(os, status, sourceSetter);
-    os << '\n';
+    Line line(os);
+    zidColumn(line.Text("  "), zid1, 17, 2);
+    zidColumn(line, zid2, 17, 2);
+    statusColumns(line, status, sourceSetter);
+    line.End();
     return os;
 }
 
 std::ostream& variableDataZidZidZidFileName(std::ostream& os, uint64_t zid1, uint64_t zid2,
                                             uint64_t zid3, unsigned short const* fileName) {
-    FlagsSaver saver(os);
-    os << "  ";
-    zidColumn(os, zid1, 10, 3);
-    zidColumn(os, zid2, 10, 3);
-    zidColumn(os, zid3, 10, 3);
-    text(os, fileNameText(fileName), 38, std::ios_base::left);
-    gap(os, 3);
-    os << '\n';
+    Line line(os);
+    zidColumn(line.Text("  "), zid1, 10, 3);
+    zidColumn(line, zid2, 10, 3);
+    zidColumn(line, zid3, 10, 3);
+    line.WideName(fileName, 38).Gap(3);
+    line.End();
     return os;
 }
 
@@ -900,18 +1013,13 @@ std::ostream& variableDataZidZidNTNSMFileNameStatusStatusSetter(
     std::ostream& os, uint64_t zid, uint64_t parentZid, unsigned short nameType,
     unsigned nameSpaceMask, unsigned short const* fileName, int status,
     char const* sourceSetter) {
-    FlagsSaver saver(os);
-    os << "  ";
-    zidColumn(os, zid, 19, 2);
-    zidColumn(os, parentZid, 19, 2);
-    left(os, nTypeName(nameType), 6);
-    gap(os, 3);
-    hexField(os, nameSpaceMask, 4);
-    gap(os, 3);
-    text(os, fileNameText(fileName), 38, std::ios_base::left);
-    gap(os, 3);
-    statusColumns(os, status, sourceSetter);
-    os << '\n';
+    Line line(os);
+    zidColumn(line.Text("  "), zid, 19, 2);
+    zidColumn(line, parentZid, 19, 2);
+    line.Left(nTypeName(nameType), 6).Gap(3).Hex(nameSpaceMask, 4).Gap(3);
+    line.WideName(fileName, 38).Gap(3);
+    statusColumns(line, status, sourceSetter);
+    line.End();
     return os;
 }
 
@@ -924,11 +1032,10 @@ std::ostream& variableHeader(std::ostream& os, CBSV_NextLeafInvalidList_s const*
 }
 
 std::ostream& variableData(std::ostream& os, CBSV_NextLeafInvalidList_s const* r) {
-    FlagsSaver saver(os);
-    os << "  ";
-    blockColumn(os, r->expectedBlock, 16, 3);
-    blockColumn(os, r->actualBlock, 16, 3);
-    os << '\n';
+    Line line(os);
+    blockColumn(line.Text("  "), r->expectedBlock, 16, 3);
+    blockColumn(line, r->actualBlock, 16, 3);
+    line.End();
     return os;
 }
 
@@ -938,7 +1045,7 @@ std::ostream& variableHeader(std::ostream& os, CBSV_InvalidBlockList_s const*) {
 
 std::ostream& variableData(std::ostream& os, CBSV_InvalidBlockList_s const* r) {
     return variableDataBlockStatusStatusSetter(
-        os, r->block, r->status, narrowText(r->sourceSetter, NARROW_TEXT_SIZE).c_str());
+        os, r->block, r->status, NarrowBuffer(r->sourceSetter).text);
 }
 
 std::ostream& variableHeader(std::ostream& os, BTDS_BranchOutOfRangeZids_s const*) {
@@ -963,7 +1070,7 @@ std::ostream& variableData(std::ostream& os, BTDS_OutOfRangeZids_s const* r) {
     }                                                                                           \
     std::ostream& variableData(std::ostream& os, R const* r) {                                  \
         return variableDataZidStatusStatusSetter(                                               \
-            os, r->zid, r->status, narrowText(r->sourceSetter, NARROW_TEXT_SIZE).c_str());      \
+            os, r->zid, r->status, NarrowBuffer(r->sourceSetter).text);      \
     }
 
 VF_ZID_STATUS_WRITERS(BTDS_UnreadableZid_s)
@@ -982,7 +1089,7 @@ VF_ZID_STATUS_WRITERS(STDS_STPZnotInNT_s)
     std::ostream& variableData(std::ostream& os, R const* r) {                                  \
         return variableDataZidZidStatusStatusSetter(                                            \
             os, r->parentZid, r->childZid, r->status,                                           \
-            narrowText(r->sourceSetter, NARROW_TEXT_SIZE).c_str());                             \
+            NarrowBuffer(r->sourceSetter).text);                             \
     }
 
 VF_PARENT_CHILD_WRITERS(BTDS_BTZnotInNT_s)
@@ -1025,7 +1132,7 @@ std::ostream& variableData(std::ostream& os, NTDS_NTZnotInBT_s const* r) {
     WideBuffer name(r->fileName, FILE_NAME_UNITS);
     return variableDataZidZidNTNSMFileNameStatusStatusSetter(
         os, r->zid, r->parentZid, r->nameType, r->nameSpaceMask, name.units, r->status,
-        narrowText(r->sourceSetter, NARROW_TEXT_SIZE).c_str());
+        NarrowBuffer(r->sourceSetter).text);
 }
 
 std::ostream& variableHeader(std::ostream& os, STDS_unaccBlks_s const*) {
@@ -1093,50 +1200,38 @@ std::ostream& fileOutHeader(std::ostream& os, LVSkipped_s const&) {
 }
 
 std::ostream& fileOut(std::ostream& os, RAV_Action_s const& r) {
-    FlagsSaver saver(os);
-    const UnicodeString& placeholder = r.isPool != 0 ? VFF_PoolName : VFF_VolumeName;
     // Seconds are taken in 32 bits: an end before the start wraps.
     const uint32_t seconds = r.endSeconds - r.startSeconds;
-    os << "  ";
-    text(os, wideName(r.object, ACTION_OBJECT_UNITS, placeholder), 16, std::ios_base::right);
-    gap(os, 2);
-    right(os, r.isPool != 0 ? "Y" : "N", 4);
-    gap(os, 2);
-    blockColumn(os, r.start, 10, 3);
-    blockColumn(os, r.end, 10, 3);
-    unsignedField(os, seconds, 7);
-    gap(os, 2);
-    text(os, narrowText(r.subObject, NARROW_TEXT_SIZE), 22, std::ios_base::right);
-    gap(os, 2);
-    text(os, narrowText(r.action, ACTION_TEXT_SIZE), 32, std::ios_base::left);
-    gap(os, 2);
-    unsignedField(os, r.key, 4);
+    Line line(os);
+    line.Text("  ").WideName(r.object, ACTION_OBJECT_UNITS, 16, true);
+    line.Gap(2).Right(r.isPool != 0 ? "Y" : "N", 4).Gap(2);
+    blockColumn(line, r.start, 10, 3);
+    blockColumn(line, r.end, 10, 3);
+    line.Unsigned(seconds, 7).Gap(2);
+    line.Right(std::string_view(r.subObject, strnlen(r.subObject, NARROW_TEXT_SIZE)), 22).Gap(2);
+    line.Left(std::string_view(r.action, strnlen(r.action, ACTION_TEXT_SIZE)), 32).Gap(2);
+    line.Unsigned(r.key, 4);
+    line.Write();
     return os;
 }
 
 std::ostream& fileOut(std::ostream& os, BlockConflicts_s const& r) {
-    FlagsSaver saver(os);
-    os << "  ";
-    blockColumn(os, r.block, 8, 3);
-    zidColumn(os, r.object1, 18, 3);
-    hexField(os, r.volume1, 8);
-    left(os, "vz", 4);
-    zidColumn(os, r.object2, 18, 3);
-    hexField(os, r.volume2, 8);
-    left(os, "vz", 4);
+    Line line(os);
+    blockColumn(line.Text("  "), r.block, 8, 3);
+    zidColumn(line, r.object1, 18, 3);
+    line.Hex(r.volume1, 8).Left("vz", 4);
+    zidColumn(line, r.object2, 18, 3);
+    line.Hex(r.volume2, 8).Left("vz", 4);
+    line.Write();
     return os;
 }
 
 std::ostream& fileOut(std::ostream& os, LVSkipped_s const& r) {
-    // Only the name's conversion may fail here; a failed write stops the work.
-    std::unique_ptr<UnicodeString> name;
-    try {
-        name.reset(new UnicodeString(r.volumeName, VOLUME_NAME_UNITS));
-    } catch (...) {
-        name.reset();
-    }
-    return variableDataNameStatusStatusSetter(os, name ? *name : VFF_VolumeName, r.status,
-                                              narrowText(r.sourceSetter, NARROW_TEXT_SIZE).c_str());
+    Line line(os);
+    line.Text("  ").WideName(r.volumeName, VOLUME_NAME_UNITS, 32).Gap(3);
+    statusColumns(line, r.status, NarrowBuffer(r.sourceSetter).text);
+    line.End();
+    return os;
 }
 
 std::ostream& operator<<(std::ostream& os, RAV_Action_s const& record) {

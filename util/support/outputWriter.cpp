@@ -40,7 +40,12 @@ long systemWrite(int fd, const void* data, std::size_t size) { return ::write(fd
 
 OutputWriter::OutputWriter(int descriptor, bool lines, bool escape, WriteFunction writeFunction)
     : fd(descriptor), write(writeFunction ? writeFunction : systemWrite), lineBuffered(lines),
-      escapeControls(escape), buffer(new char[BUFFER_SIZE]) {}
+      escapeControls(escape), buffer(new char[BUFFER_SIZE]) {
+    // A terminal's writes all come through xsputn and overflow, which see
+    // each line end; anything else is written straight into the buffer.
+    if (!lineBuffered)
+        setp(buffer.get(), buffer.get() + BUFFER_SIZE);
+}
 
 OutputWriter::~OutputWriter() {
     try {
@@ -50,12 +55,38 @@ OutputWriter::~OutputWriter() {
     }
 }
 
-void OutputWriter::Flush() {
-    if (escapeControls && pendingC2) {
-        pendingC2 = false;
-        PutRaw(reinterpret_cast<const char*>(&C1_LEAD), 1);
+std::size_t OutputWriter::Held() const {
+    return lineBuffered ? held : static_cast<std::size_t>(pptr() - pbase());
+}
+
+void OutputWriter::Take(const char* s, std::size_t n) {
+    if (lineBuffered) {
+        std::memcpy(buffer.get() + held, s, n);
+        held += n;
+    } else {
+        std::memcpy(pptr(), s, n);
+        pbump(static_cast<int>(n));
     }
+}
+
+void OutputWriter::Flush() {
     Drain();
+    if (pendingC2) {
+        // A 0xC2 that no byte followed is no control.
+        pendingC2 = false;
+        const char lead = static_cast<char>(C1_LEAD);
+        if (error == 0 && !WriteAll(&lead, 1))
+            Fail();
+    }
+}
+
+void OutputWriter::FlushQuietly() {
+    try {
+        Drain();
+    } catch (const OutputWriteError&) {
+        // Kept: thrown again at the next write.
+        thrown = false;
+    }
 }
 
 bool OutputWriter::WriteAll(const char* s, std::size_t n) {
@@ -79,7 +110,6 @@ bool OutputWriter::WriteAll(const char* s, std::size_t n) {
 }
 
 void OutputWriter::Fail() {
-    held = 0;
     if (!thrown) {
         thrown = true;
         throw OutputWriteError{error};
@@ -87,109 +117,118 @@ void OutputWriter::Fail() {
 }
 
 void OutputWriter::Drain() {
+    const std::size_t size = Held();
+    held = 0;
+    if (!lineBuffered)
+        setp(buffer.get(), buffer.get() + BUFFER_SIZE);
     if (error != 0) {
         Fail();
         return;
     }
-    const std::size_t size = held;
-    held = 0;
-    if (size > 0 && !WriteAll(buffer.get(), size))
-        Fail();
-}
-
-void OutputWriter::FlushQuietly() {
-    if (error != 0)
-        return;
-    const std::size_t size = held;
-    held = 0;
     if (size > 0)
-        WriteAll(buffer.get(), size);
+        Emit(buffer.get(), size);
 }
 
-void OutputWriter::PutRaw(const char* s, std::size_t n) {
+void OutputWriter::Emit(const char* s, std::size_t n) {
     if (error != 0) {
         Fail();
         return;
     }
-    if (n >= BUFFER_SIZE) {
-        // A block larger than the buffer goes out as it is.
-        Drain();
-        if (!WriteAll(s, n))
-            Fail();
+    if (escapeControls) {
+        EmitEscaped(s, n);
         return;
     }
-    if (n > BUFFER_SIZE - held)
-        Drain();
-    std::memcpy(buffer.get() + held, s, n);
-    held += n;
-    if (lineBuffered && std::memchr(s, '\n', n) != nullptr)
-        Drain();
+    if (!WriteAll(s, n))
+        Fail();
 }
 
-void OutputWriter::PutEscaped(unsigned char c) {
-    const char escaped[4] = {'\\', static_cast<char>('0' + (c >> 6)),
-                             static_cast<char>('0' + ((c >> 3) & 7)),
-                             static_cast<char>('0' + (c & 7))};
-    PutRaw(escaped, sizeof escaped);
-}
-
-void OutputWriter::Put(const char* s, std::size_t n) {
-    if (!escapeControls) {
-        PutRaw(s, n);
-        return;
-    }
-    // Bytes that need nothing go out in runs: [run, i) is not written yet.
-    std::size_t run = 0;
-    for (std::size_t i = 0; i < n; ++i) {
+void OutputWriter::EmitEscaped(const char* s, std::size_t n) {
+    // Escaped text is written in pieces of a buffer of its own, each byte
+    // taking four at most.
+    char out[4096];
+    std::size_t used = 0;
+    auto put = [&](const char* bytes, std::size_t count) {
+        if (count > sizeof out - used) {
+            if (!WriteAll(out, used))
+                Fail();
+            used = 0;
+        }
+        std::memcpy(out + used, bytes, count);
+        used += count;
+    };
+    auto escaped = [&](unsigned char c) {
+        const char text[4] = {'\\', static_cast<char>('0' + (c >> 6)),
+                              static_cast<char>('0' + ((c >> 3) & 7)),
+                              static_cast<char>('0' + (c & 7))};
+        put(text, sizeof text);
+    };
+    const char lead = static_cast<char>(C1_LEAD);
+    for (std::size_t i = 0; i < n && error == 0; ++i) {
         const unsigned char c = static_cast<unsigned char>(s[i]);
         if (pendingC2) {
-            // Everything before the 0xC2 is written, so run is i here.
             pendingC2 = false;
             if (isC1(c)) {
                 // U+0080 to U+009F: a control on a UTF-8 terminal.
-                PutEscaped(C1_LEAD);
-                PutEscaped(c);
-                run = i + 1;
+                escaped(C1_LEAD);
+                escaped(c);
                 continue;
             }
-            PutRaw(reinterpret_cast<const char*>(&C1_LEAD), 1);
-            if (isContinuation(c))
-                continue; // the rest of a character such as U+00A0
+            put(&lead, 1);
+            if (isContinuation(c)) {
+                put(s + i, 1); // the rest of a character such as U+00A0
+                continue;
+            }
         }
         if (continuations > 0 && isContinuation(c)) {
             --continuations;
+            put(s + i, 1);
             continue;
         }
         continuations = 0;
         if (c == C1_LEAD) {
-            PutRaw(s + run, i - run);
-            run = i + 1;
             pendingC2 = true;
         } else if (isShownEscaped(c) || isC1(c)) {
             // A C1 byte outside a UTF-8 sequence is a control on an 8-bit
             // terminal.
-            PutRaw(s + run, i - run);
-            PutEscaped(c);
-            run = i + 1;
-        } else if (c >= 0x80) {
-            continuations = continuationsAfter(c);
+            escaped(c);
+        } else {
+            if (c >= 0x80)
+                continuations = continuationsAfter(c);
+            put(s + i, 1);
         }
     }
-    PutRaw(s + run, n - run);
+    if (used > 0 && error == 0 && !WriteAll(out, used))
+        Fail();
 }
 
 OutputWriter::int_type OutputWriter::overflow(int_type c) {
     if (traits_type::eq_int_type(c, traits_type::eof()))
         return traits_type::not_eof(c);
     const char byte = traits_type::to_char_type(c);
-    Put(&byte, 1);
+    xsputn(&byte, 1);
     return c;
 }
 
-std::streamsize OutputWriter::xsputn(const char* s, std::streamsize n) {
-    if (n > 0)
-        Put(s, static_cast<std::size_t>(n));
-    return n;
+std::streamsize OutputWriter::xsputn(const char* s, std::streamsize count) {
+    if (count <= 0)
+        return count;
+    const std::size_t n = static_cast<std::size_t>(count);
+    if (error != 0) {
+        Fail();
+        return count; // dropped
+    }
+    if (n > BUFFER_SIZE - Held()) {
+        Drain();
+        if (n >= BUFFER_SIZE) {
+            // A block larger than the buffer goes out as it is.
+            Emit(s, n);
+            return count;
+        }
+    }
+    Take(s, n);
+    if (lineBuffered && std::memchr(s, '\n', n) != nullptr)
+        Drain();
+    return count;
 }
 
 int OutputWriter::sync() {

@@ -55,13 +55,16 @@ protected:
     int sync() override;
 
 private:
-    // Takes `n` bytes; with `escapeControls`, byte by byte through the
-    // escaping.
-    void Put(const char* s, std::size_t n);
-    void PutRaw(const char* s, std::size_t n);
-    void PutEscaped(unsigned char c);
-    // Writes the held bytes; throws OutputWriteError on the first failure.
+    // Bytes taken and not written yet.
+    std::size_t Held() const;
+    // Takes `n` bytes into the buffer, which has room for them.
+    void Take(const char* s, std::size_t n);
+    // Writes the held bytes and empties the buffer; throws OutputWriteError
+    // on the first failure.
     void Drain();
+    // Writes `n` bytes, escaped where the controls are to be escaped.
+    void Emit(const char* s, std::size_t n);
+    void EmitEscaped(const char* s, std::size_t n);
     // Throws the failure once; what comes after it is dropped.
     void Fail();
     // write(2) of all `n` bytes, through short writes and interruptions;
@@ -73,6 +76,8 @@ private:
     const bool lineBuffered;
     const bool escapeControls;
     std::unique_ptr<char[]> buffer;
+    // Held bytes when line-buffered; otherwise the stream's put area holds
+    // them, so that the stream writes into the buffer without a call.
     std::size_t held = 0;
     int error = 0;
     bool thrown = false;
