@@ -174,7 +174,8 @@ unsigned LVSkippedStats::Read(VerifyFile& file, unsigned payloadLength, std::ost
 // ---------------------------------------------------------------- opening
 
 VerifyFile::VerifyFile(const std::string& fileName, std::ostream& out, unsigned debugMask)
-    : displayActions(true), displayHistograms(true), displayObjectDetails(true), out(out) {
+    : displayActions(true), displayHistograms(true), displayObjectDetails(true), out(out),
+      textPrinter(*this), printer(&textPrinter) {
     InitialiseFields(debugMask, 0);
     poolName = "None";
     path = fileName;
@@ -183,7 +184,8 @@ VerifyFile::VerifyFile(const std::string& fileName, std::ostream& out, unsigned 
 
 VerifyFile::VerifyFile(const std::string& poolName, const std::string* serverName, long time,
                        std::ostream& out, unsigned debugMask)
-    : displayActions(true), displayHistograms(true), displayObjectDetails(true), out(out) {
+    : displayActions(true), displayHistograms(true), displayObjectDetails(true), out(out),
+      textPrinter(*this), printer(&textPrinter) {
     InitialiseFields(debugMask, time);
     this->poolName = poolName;
     // No separator between the pool name and the file name, as callers expect.
@@ -193,7 +195,8 @@ VerifyFile::VerifyFile(const std::string& poolName, const std::string* serverNam
 
 VerifyFile::VerifyFile(const std::string& poolName, const std::string* serverName, long time,
                        std::ostream& out, bool is64, unsigned debugMask)
-    : displayActions(true), displayHistograms(true), displayObjectDetails(true), out(out) {
+    : displayActions(true), displayHistograms(true), displayObjectDetails(true), out(out),
+      textPrinter(*this), printer(&textPrinter) {
     InitialiseFields(debugMask, time);
     this->poolName = poolName;
     this->is64 = is64;
@@ -426,11 +429,8 @@ template <typename Record> unsigned VerifyFile::ReadVariableList(char const* tit
         out << VF_LOC(1398) << std::endl;
         return result;
     }
-    if (count == 0)
-        return 0;
-    variablePreHeader(out, title, count);
-    variableHeader(out, static_cast<Record const*>(nullptr));
-    // Rows are printed as they are read; the list is never held.
+    printer->ListStart(title, count, static_cast<Record const*>(nullptr));
+    // Rows are handed on as they are read; the list is never held.
     Record record;
     for (uint32_t i = 0; i < count; ++i) {
         result = ReadSection(&record, sizeof record);
@@ -438,9 +438,9 @@ template <typename Record> unsigned VerifyFile::ReadVariableList(char const* tit
             out << VF_LOC(1412) << std::endl;
             return result;
         }
-        variableData(out, &record);
+        printer->ListRow(record);
     }
-    out << '\n';
+    printer->ListEnd();
     return 0;
 }
 
@@ -558,7 +558,7 @@ unsigned VerifyFile::ReadAndValidateOverall(VerifyFileSection* header) {
         return result;
     }
     overallSectionHeader = *header;
-    out << status << '\n';
+    printer->Status(status);
     return 0;
 }
 
@@ -578,7 +578,7 @@ unsigned VerifyFile::ReadAndValidatePool(VerifyFileSection* header) {
         return result;
     }
     poolSectionHeader = *header;
-    displayZVP_PoolStats_s(out, poolStats);
+    printer->Pool(poolStats);
     return 0;
 }
 
@@ -594,7 +594,7 @@ unsigned VerifyFile::ReadAndValidateVolume(VerifyFileSection* header) {
         out << VF_LOC(561) << std::endl;
         return result;
     }
-    displayZVP_LVStats_s(out, volume);
+    printer->Volume(volume);
     volumes.push_back(volume);
     volumeSectionHeaders.push_back(*header);
     return 0;
@@ -612,8 +612,7 @@ unsigned VerifyFile::ReadAndValidateAction(VerifyFileSection* header) {
         return result;
     }
     actionSectionHeader = *header;
-    if (displayActions)
-        out << '\n' << actions << '\n';
+    printer->Actions(actions);
     return 0;
 }
 
@@ -629,7 +628,7 @@ unsigned VerifyFile::ReadAndValidateConflictBlocks(VerifyFileSection* header) {
         return result;
     }
     conflictBlocksSectionHeader = *header;
-    out << '\n' << conflicts << '\n';
+    printer->Conflicts(conflicts);
     return 0;
 }
 
@@ -646,7 +645,7 @@ unsigned VerifyFile::ReadAndValidateLVSSkipped(VerifyFileSection* header) {
         return result;
     }
     lvSkippedSectionHeader = *header;
-    out << '\n' << lvSkipped << '\n';
+    printer->Skipped(lvSkipped);
     return 0;
 }
 
@@ -660,4 +659,51 @@ unsigned VerifyFile::ReadAndValidateDebugRecord(VerifyFileSection* header) {
     SectionSkip(header);
     out << " Debug record section will be skipped." << std::endl;
     return 0;
+}
+
+// ---------------------------------------------------------------- the text printer
+
+VerifyPrinter::~VerifyPrinter() = default;
+
+VerifyTextPrinter::VerifyTextPrinter(VerifyFile& reader) : file(reader) {}
+
+VerifyTextPrinter::~VerifyTextPrinter() = default;
+
+void VerifyTextPrinter::Status(ZVP_Status_s const& status) { file.out << status << '\n'; }
+
+void VerifyTextPrinter::Pool(ZVP_PoolStats_s const& pool) {
+    file.displayZVP_PoolStats_s(file.out, pool);
+}
+
+void VerifyTextPrinter::Volume(ZVP_LVStats_s const& volume) {
+    file.displayZVP_LVStats_s(file.out, volume);
+}
+
+void VerifyTextPrinter::Actions(ActionStats const& list) {
+    if (file.displayActions)
+        file.out << '\n' << list << '\n';
+}
+
+void VerifyTextPrinter::Conflicts(ConflictBlocksStats const& list) {
+    file.out << '\n' << list << '\n';
+}
+
+void VerifyTextPrinter::Skipped(LVSkippedStats const& list) { file.out << '\n' << list << '\n'; }
+
+#define VF_TEXT_LIST_METHODS(Record)                                                            \
+    void VerifyTextPrinter::ListStart(char const* title, uint32_t count, Record const* none) {  \
+        listShown = count != 0;                                                                 \
+        if (!listShown)                                                                         \
+            return;                                                                             \
+        variablePreHeader(file.out, title, count);                                              \
+        variableHeader(file.out, none);                                                         \
+    }                                                                                           \
+    void VerifyTextPrinter::ListRow(Record const& row) { variableData(file.out, &row); }
+VF_VARIABLE_RECORDS(VF_TEXT_LIST_METHODS)
+#undef VF_TEXT_LIST_METHODS
+
+void VerifyTextPrinter::ListEnd() {
+    if (listShown)
+        file.out << '\n';
+    listShown = false;
 }

@@ -6,6 +6,7 @@
 
 #include "util/common_cpp/verifyFileOutput.h"
 #include "util/common_cpp/verifyFileRecords.h"
+#include "util/common_cpp/verifyPrinter.h"
 
 #include <cstdint>
 #include <cstdio>
@@ -93,7 +94,13 @@ public:
     int64_t timeStamp;
     std::string path;
     uint32_t debugMask;
-    std::ostream& out; // not owned
+    std::ostream& out; // not owned: the text report, and the reader's own messages
+
+    // Where the records go as they are read: the text printer on `out`
+    // unless SetPrinter gave another (not owned).
+    VerifyTextPrinter textPrinter;
+    VerifyPrinter* printer;
+    void SetPrinter(VerifyPrinter& other) { printer = &other; }
 
     VerifyFile(const std::string& fileName, std::ostream& out, unsigned debugMask);
     // Live statistics of a pool: prefix + poolName + "VerifyStatistics.vbf".

@@ -85,6 +85,30 @@ constexpr uint64_t ENCRYPTION_AES256 = 259;
 
 } // namespace VerifyFormat
 
+
+// How each field of a record is shown as data (the JSON printer): one table
+// per record, VF_FIELDS_<record>(F), next to the record below, lists its
+// fields in layout order as F(field, kind), reserved bytes included, so that a
+// check can see that the table covers the whole record.
+namespace VerifyFields {
+struct Quantity {};    // a count, size or block: an unsigned number
+struct Signed {};      // a signed number
+struct Id {};          // an identifier (ZID, locator, LSN): hexadecimal text
+struct Key {};         // a key: decimal text
+struct Status {};      // a status number and its zERR_ name
+struct Time {};        // seconds since 1970: ISO 8601 UTC and the raw value
+struct Guid {};        // the GUID's text form
+struct ErrorWord {};   // a word of error bits: the number and the set bits' texts
+struct WarningWord {}; // a word of warning bits, the same way
+struct NameType {};    // a name type: the number and its name
+struct Encryption {};  // an encryption algorithm: the number and its name
+struct Nested {};      // a record of its own, with its own table
+struct Levels {};      // the histogram levels: an array of records
+struct Reserved {};    // bytes the producer keeps to itself: not shown
+template <unsigned Units> struct Wide {};  // a UTF-16LE name of that many units
+template <unsigned Size> struct Narrow {}; // a text of that many bytes
+} // namespace VerifyFields
+
 #pragma pack(push, 1)
 
 // The 96-byte header in front of every section. Bytes 8-19 and 32-95 are the
@@ -107,6 +131,8 @@ struct LevelInformation_s {
     uint32_t records;
     uint32_t objects;
 };
+#define VF_FIELDS_LevelInformation_s(F) \
+    F(blocks, Quantity) F(records, Quantity) F(objects, Quantity)
 
 struct CommonBlockStats_s {
     uint64_t reserved0;
@@ -131,6 +157,14 @@ struct CommonBlockStats_s {
     LevelInformation_s branches;
     LevelInformation_s leaves;
 };
+#define VF_FIELDS_CommonBlockStats_s(F) \
+    F(reserved0, Reserved) F(name, Narrow<VerifyFormat::NARROW_TEXT_SIZE>) \
+    F(blockCount, Quantity) F(blockCountPass2, Quantity) F(badBlockValue, Quantity) \
+    F(badBlockValuePass2, Quantity) F(crossLinkedBlocks, Quantity) F(incorrectMagic, Quantity) \
+    F(incorrectRecordCount, Quantity) F(incorrectChecksum, Quantity) F(readErrors, Quantity) \
+    F(miscellaneousErrors, Quantity) F(invalidBlocks, Quantity) F(reserved128, Reserved) \
+    F(invalidNextLeaf, Quantity) F(levelCurrent, Quantity) F(levelMaximum, Quantity) \
+    F(levelLimit, Quantity) F(levels, Levels) F(branches, Nested) F(leaves, Nested)
 
 struct VDBStats_s {
     CommonBlockStats_s blocks;
@@ -144,6 +178,11 @@ struct VDBStats_s {
     uint64_t reserved496;
     uint64_t encryptionAlgorithm;
 };
+#define VF_FIELDS_VDBStats_s(F) \
+    F(blocks, Nested) F(reserved432, Reserved) F(blockQuota, Quantity) \
+    F(blocksInUse, Quantity) F(numberOfFiles, Quantity) F(numberOfObjects, Quantity) \
+    F(nextAvailableId, Id) F(purgeableBlocks, Quantity) F(reserved496, Reserved) \
+    F(encryptionAlgorithm, Encryption)
 
 struct BTStats_s {
     uint64_t reserved0;
@@ -179,6 +218,19 @@ struct BTStats_s {
     uint64_t btiEntries;
     uint64_t missingBtiEntries;
 };
+#define VF_FIELDS_BTStats_s(F) \
+    F(reserved0, Reserved) F(objectTree, Nested) F(specialTree, Nested) F(dataBlocks, Nested) \
+    F(reserved1304, Reserved) F(salvageableObjects, Quantity) F(salvageableBlocks, Quantity) \
+    F(dataStreamObjects, Quantity) F(systemObjects, Quantity) F(fileObjects, Quantity) \
+    F(directoryObjects, Quantity) F(orphanedObjects, Quantity) F(missingParentsInNT, Quantity) \
+    F(reserved1376, Reserved) F(lostDataBlocks, Quantity) F(filesWithLostData, Quantity) \
+    F(missingNameEntries, Quantity) F(missingSalvageEntries, Quantity) \
+    F(namedObjects, Quantity) F(extraNameEntries, Quantity) \
+    F(objectsRequiringNoNames, Quantity) F(sysObjectsNameEntries, Quantity) \
+    F(unreadableObjects, Quantity) F(greatestObjectId, Id) F(duplicateIdsA, Quantity) \
+    F(duplicateIdsB, Quantity) F(reserved1480, Reserved) F(idRangeErrorsA, Quantity) \
+    F(idRangeErrorsB, Quantity) F(reserved1504, Reserved) F(btiEntries, Quantity) \
+    F(missingBtiEntries, Quantity)
 
 struct NTStats_s {
     uint64_t reserved0;
@@ -192,34 +244,51 @@ struct NTStats_s {
     uint64_t nameEntriesWithoutObjects;
     uint64_t reserved496;
 };
+#define VF_FIELDS_NTStats_s(F) \
+    F(reserved0, Reserved) F(nameTree, Nested) F(fileNames, Quantity) \
+    F(directoryNames, Quantity) F(overflowNodesA, Quantity) F(overflowNodesB, Quantity) \
+    F(objectsWithDuplicateNames, Quantity) F(totalDuplicateNames, Quantity) \
+    F(nameEntriesWithoutObjects, Quantity) F(reserved496, Reserved)
 
 struct UBTStats_s {
     CommonBlockStats_s blocks;
     unsigned char reserved432[16];
 };
+#define VF_FIELDS_UBTStats_s(F) \
+    F(blocks, Nested) F(reserved432, Reserved)
 
 struct DBTStats_s {
     CommonBlockStats_s blocks;
 };
+#define VF_FIELDS_DBTStats_s(F) \
+    F(blocks, Nested)
 
 struct MFLStats_s {
     CommonBlockStats_s blocks;
     uint64_t reserved432;
 };
+#define VF_FIELDS_MFLStats_s(F) \
+    F(blocks, Nested) F(reserved432, Reserved)
 
 struct EFLStats_s {
     CommonBlockStats_s blocks;
     CommonBlockStats_s blocks2;
 };
+#define VF_FIELDS_EFLStats_s(F) \
+    F(blocks, Nested) F(blocks2, Nested)
 
 struct PLStats_s {
     CommonBlockStats_s blocks;
 };
+#define VF_FIELDS_PLStats_s(F) \
+    F(blocks, Nested)
 
 struct BTIStats_s {
     CommonBlockStats_s blocks;
     uint64_t invalidBtiEntries;
 };
+#define VF_FIELDS_BTIStats_s(F) \
+    F(blocks, Nested) F(invalidBtiEntries, Quantity)
 
 struct ZVP_Status_s {
     uint64_t statusValid;
@@ -243,6 +312,15 @@ struct ZVP_Status_s {
     uint32_t verifyEndTime;
     unsigned char reserved466[4];
 };
+#define VF_FIELDS_ZVP_Status_s(F) \
+    F(statusValid, Quantity) F(poolName, Wide<VerifyFormat::STATUS_POOL_NAME_UNITS>) \
+    F(blockSize, Quantity) F(totalBlocks, Quantity) F(reserved148, Reserved) F(userKey, Key) \
+    F(unaccountedBlocks, Quantity) F(crossLinkedBlocks, Quantity) F(invalidBlocks, Quantity) \
+    F(verifyStartTime, Time) F(reserved346, Reserved) F(blocksVerified, Quantity) \
+    F(blocksReverified, Quantity) F(finalStatusValid, Quantity) F(completionCode, Status) \
+    F(sourceSetter, Narrow<VerifyFormat::NARROW_TEXT_SIZE>) \
+    F(sourceCaller, Narrow<VerifyFormat::NARROW_TEXT_SIZE>) F(abortedByUser, Quantity) \
+    F(verifyEndTime, Time) F(reserved466, Reserved)
 
 struct ZVP_LVStats_s {
     unsigned char volumeName[2 * VerifyFormat::VOLUME_NAME_UNITS];
@@ -263,6 +341,11 @@ struct ZVP_LVStats_s {
     PLStats_s pl;
     BTIStats_s bti;
 };
+#define VF_FIELDS_ZVP_LVStats_s(F) \
+    F(volumeName, Wide<VerifyFormat::VOLUME_NAME_UNITS>) F(errors, ErrorWord) \
+    F(warnings, WarningWord) F(deleted, Quantity) F(purging, Quantity) F(deletionTime, Time) \
+    F(volumeId, Guid) F(locator, Id) F(vdb, Nested) F(bt, Nested) F(nt, Nested) F(ubt, Nested) \
+    F(dbt, Nested) F(mfl, Nested) F(efl, Nested) F(pl, Nested) F(bti, Nested)
 
 struct ZVP_PoolStats_s {
     unsigned char reserved0[16];
@@ -311,6 +394,21 @@ struct ZVP_PoolStats_s {
     BTIStats_s bti;
     unsigned char reserved11142[16];
 };
+#define VF_FIELDS_ZVP_PoolStats_s(F) \
+    F(reserved0, Reserved) F(poolName, Wide<VerifyFormat::POOL_NAME_AREA_UNITS>) \
+    F(errors, ErrorWord) F(warnings, WarningWord) F(totalBlocks, Quantity) \
+    F(usedByPool, Quantity) F(unaccountedBlocks, Quantity) F(crossLinkedBlocks, Quantity) \
+    F(salvageableObjects, Quantity) F(salvageableBlocks, Quantity) F(reserved1078, Reserved) \
+    F(crossValidation, Quantity) F(reserved1094, Reserved) F(lvsNotVerified, Quantity) \
+    F(highestLsn, Id) F(lowestLsn, Id) F(poolBlocks1, Nested) F(poolBlocks2, Nested) \
+    F(poolBlocks3, Nested) F(poolBlocks4, Nested) F(poolBlocks5, Nested) \
+    F(systemTotalBlocks, Quantity) F(systemBlocksInUse, Quantity) F(purgeableBlocks, Quantity) \
+    F(nonPurgeableBlocks, Quantity) F(reserved3342, Reserved) F(salvageTree, Nested) \
+    F(salvageParentsWithoutIds, Quantity) F(salvageParentsWithoutNames, Quantity) \
+    F(salvageEntriesWithoutIds, Quantity) F(salvageEntriesWithoutNames, Quantity) \
+    F(poolBlocks6, Nested) F(poolBlocks7, Nested) F(freeBlocks, Nested) F(vdb, Nested) \
+    F(bt, Nested) F(nt, Nested) F(ubt, Nested) F(dbt, Nested) F(mfl, Nested) F(efl, Nested) \
+    F(pl, Nested) F(reserved10270, Reserved) F(bti, Nested) F(reserved11142, Reserved)
 
 // List records.
 
@@ -325,6 +423,11 @@ struct RAV_Action_s {
     char subObject[VerifyFormat::NARROW_TEXT_SIZE];
     char action[VerifyFormat::ACTION_TEXT_SIZE];
 };
+#define VF_FIELDS_RAV_Action_s(F) \
+    F(key, Key) F(startSeconds, Time) F(endSeconds, Time) F(start, Quantity) F(end, Quantity) \
+    F(isPool, Quantity) F(object, Wide<VerifyFormat::ACTION_OBJECT_UNITS>) \
+    F(subObject, Narrow<VerifyFormat::NARROW_TEXT_SIZE>) \
+    F(action, Narrow<VerifyFormat::ACTION_TEXT_SIZE>)
 
 struct BlockConflicts_s {
     uint64_t block;
@@ -333,12 +436,17 @@ struct BlockConflicts_s {
     uint64_t object2;
     uint64_t volume2;
 };
+#define VF_FIELDS_BlockConflicts_s(F) \
+    F(block, Quantity) F(object1, Id) F(volume1, Id) F(object2, Id) F(volume2, Id)
 
 struct LVSkipped_s {
     unsigned char volumeName[2 * VerifyFormat::VOLUME_NAME_UNITS];
     int32_t status;
     char sourceSetter[VerifyFormat::NARROW_TEXT_SIZE];
 };
+#define VF_FIELDS_LVSkipped_s(F) \
+    F(volumeName, Wide<VerifyFormat::VOLUME_NAME_UNITS>) F(status, Status) \
+    F(sourceSetter, Narrow<VerifyFormat::NARROW_TEXT_SIZE>)
 
 // Variable-data records.
 
@@ -346,22 +454,31 @@ struct CBSV_NextLeafInvalidList_s {
     uint64_t expectedBlock;
     uint64_t actualBlock;
 };
+#define VF_FIELDS_CBSV_NextLeafInvalidList_s(F) \
+    F(expectedBlock, Quantity) F(actualBlock, Quantity)
 
 struct CBSV_InvalidBlockList_s {
     uint64_t block;
     int32_t status;
     char sourceSetter[VerifyFormat::NARROW_TEXT_SIZE];
 };
+#define VF_FIELDS_CBSV_InvalidBlockList_s(F) \
+    F(block, Quantity) F(status, Status) \
+    F(sourceSetter, Narrow<VerifyFormat::NARROW_TEXT_SIZE>)
 
 struct BTDS_BranchOutOfRangeZids_s {
     uint64_t zid;
 };
+#define VF_FIELDS_BTDS_BranchOutOfRangeZids_s(F) \
+    F(zid, Id)
 
 struct BTDS_UnreadableZid_s {
     uint64_t zid;
     int32_t status;
     char sourceSetter[VerifyFormat::NARROW_TEXT_SIZE];
 };
+#define VF_FIELDS_BTDS_UnreadableZid_s(F) \
+    F(zid, Id) F(status, Status) F(sourceSetter, Narrow<VerifyFormat::NARROW_TEXT_SIZE>)
 
 struct BTDS_BTZnotInNT_s {
     uint64_t parentZid;
@@ -369,26 +486,37 @@ struct BTDS_BTZnotInNT_s {
     int32_t status;
     char sourceSetter[VerifyFormat::NARROW_TEXT_SIZE];
 };
+#define VF_FIELDS_BTDS_BTZnotInNT_s(F) \
+    F(parentZid, Id) F(childZid, Id) F(status, Status) \
+    F(sourceSetter, Narrow<VerifyFormat::NARROW_TEXT_SIZE>)
 
 struct BTDS_BTZnotInPT_s {
     uint64_t zid;
     int32_t status;
     char sourceSetter[VerifyFormat::NARROW_TEXT_SIZE];
 };
+#define VF_FIELDS_BTDS_BTZnotInPT_s(F) \
+    F(zid, Id) F(status, Status) F(sourceSetter, Narrow<VerifyFormat::NARROW_TEXT_SIZE>)
 
 struct BTDS_DuplicateZidsB_s {
     uint64_t zid;
     uint64_t block;
 };
+#define VF_FIELDS_BTDS_DuplicateZidsB_s(F) \
+    F(zid, Id) F(block, Quantity)
 
 struct BTDS_DuplicateZidsL_s {
     uint64_t zid;
     uint64_t block;
 };
+#define VF_FIELDS_BTDS_DuplicateZidsL_s(F) \
+    F(zid, Id) F(block, Quantity)
 
 struct BTDS_OutOfRangeZids_s {
     uint64_t zid;
 };
+#define VF_FIELDS_BTDS_OutOfRangeZids_s(F) \
+    F(zid, Id)
 
 struct BTDS_BTBadNTFiles_s {
     uint64_t actualZid;
@@ -396,6 +524,9 @@ struct BTDS_BTBadNTFiles_s {
     uint64_t parentZid;
     unsigned char fileName[2 * VerifyFormat::FILE_NAME_UNITS];
 };
+#define VF_FIELDS_BTDS_BTBadNTFiles_s(F) \
+    F(actualZid, Id) F(expectedZid, Id) F(parentZid, Id) \
+    F(fileName, Wide<VerifyFormat::FILE_NAME_UNITS>)
 
 struct BTDS_missingBeastParentEnts_s {
     uint64_t parentZid;
@@ -403,6 +534,9 @@ struct BTDS_missingBeastParentEnts_s {
     int32_t status;
     char sourceSetter[VerifyFormat::NARROW_TEXT_SIZE];
 };
+#define VF_FIELDS_BTDS_missingBeastParentEnts_s(F) \
+    F(parentZid, Id) F(childZid, Id) F(status, Status) \
+    F(sourceSetter, Narrow<VerifyFormat::NARROW_TEXT_SIZE>)
 
 struct NTDS_NTZnotInBT_s {
     uint64_t zid;
@@ -413,35 +547,49 @@ struct NTDS_NTZnotInBT_s {
     int32_t status;
     char sourceSetter[VerifyFormat::NARROW_TEXT_SIZE];
 };
+#define VF_FIELDS_NTDS_NTZnotInBT_s(F) \
+    F(zid, Id) F(parentZid, Id) F(nameType, NameType) F(nameSpaceMask, Quantity) \
+    F(fileName, Wide<VerifyFormat::FILE_NAME_UNITS>) F(status, Status) \
+    F(sourceSetter, Narrow<VerifyFormat::NARROW_TEXT_SIZE>)
 
 struct STDS_STZnotInBT_s {
     uint64_t zid;
     int32_t status;
     char sourceSetter[VerifyFormat::NARROW_TEXT_SIZE];
 };
+#define VF_FIELDS_STDS_STZnotInBT_s(F) \
+    F(zid, Id) F(status, Status) F(sourceSetter, Narrow<VerifyFormat::NARROW_TEXT_SIZE>)
 
 struct STDS_STZnotInNT_s {
     uint64_t zid;
     int32_t status;
     char sourceSetter[VerifyFormat::NARROW_TEXT_SIZE];
 };
+#define VF_FIELDS_STDS_STZnotInNT_s(F) \
+    F(zid, Id) F(status, Status) F(sourceSetter, Narrow<VerifyFormat::NARROW_TEXT_SIZE>)
 
 struct STDS_STPZnotInBT_s {
     uint64_t zid;
     int32_t status;
     char sourceSetter[VerifyFormat::NARROW_TEXT_SIZE];
 };
+#define VF_FIELDS_STDS_STPZnotInBT_s(F) \
+    F(zid, Id) F(status, Status) F(sourceSetter, Narrow<VerifyFormat::NARROW_TEXT_SIZE>)
 
 struct STDS_STPZnotInNT_s {
     uint64_t zid;
     int32_t status;
     char sourceSetter[VerifyFormat::NARROW_TEXT_SIZE];
 };
+#define VF_FIELDS_STDS_STPZnotInNT_s(F) \
+    F(zid, Id) F(status, Status) F(sourceSetter, Narrow<VerifyFormat::NARROW_TEXT_SIZE>)
 
 struct STDS_unaccBlks_s {
     uint64_t startBlock;
     uint64_t endBlock;
 };
+#define VF_FIELDS_STDS_unaccBlks_s(F) \
+    F(startBlock, Quantity) F(endBlock, Quantity)
 
 #pragma pack(pop)
 
@@ -481,6 +629,112 @@ static_assert(sizeof(STDS_STZnotInNT_s) == 44, "STDS_STZnotInNT_s size");
 static_assert(sizeof(STDS_STPZnotInBT_s) == 44, "STDS_STPZnotInBT_s size");
 static_assert(sizeof(STDS_STPZnotInNT_s) == 44, "STDS_STPZnotInNT_s size");
 static_assert(sizeof(STDS_unaccBlks_s) == 16, "STDS_unaccBlks_s size");
+
+// Each field table covers every byte of its record.
+#define VF_FIELD_SIZE(field, kind) +sizeof(VF_TABLE_RECORD::field)
+#define VF_TABLE_RECORD LevelInformation_s
+static_assert(0 VF_FIELDS_LevelInformation_s(VF_FIELD_SIZE) == sizeof(LevelInformation_s), "LevelInformation_s field table");
+#undef VF_TABLE_RECORD
+#define VF_TABLE_RECORD CommonBlockStats_s
+static_assert(0 VF_FIELDS_CommonBlockStats_s(VF_FIELD_SIZE) == sizeof(CommonBlockStats_s), "CommonBlockStats_s field table");
+#undef VF_TABLE_RECORD
+#define VF_TABLE_RECORD VDBStats_s
+static_assert(0 VF_FIELDS_VDBStats_s(VF_FIELD_SIZE) == sizeof(VDBStats_s), "VDBStats_s field table");
+#undef VF_TABLE_RECORD
+#define VF_TABLE_RECORD BTStats_s
+static_assert(0 VF_FIELDS_BTStats_s(VF_FIELD_SIZE) == sizeof(BTStats_s), "BTStats_s field table");
+#undef VF_TABLE_RECORD
+#define VF_TABLE_RECORD NTStats_s
+static_assert(0 VF_FIELDS_NTStats_s(VF_FIELD_SIZE) == sizeof(NTStats_s), "NTStats_s field table");
+#undef VF_TABLE_RECORD
+#define VF_TABLE_RECORD UBTStats_s
+static_assert(0 VF_FIELDS_UBTStats_s(VF_FIELD_SIZE) == sizeof(UBTStats_s), "UBTStats_s field table");
+#undef VF_TABLE_RECORD
+#define VF_TABLE_RECORD DBTStats_s
+static_assert(0 VF_FIELDS_DBTStats_s(VF_FIELD_SIZE) == sizeof(DBTStats_s), "DBTStats_s field table");
+#undef VF_TABLE_RECORD
+#define VF_TABLE_RECORD MFLStats_s
+static_assert(0 VF_FIELDS_MFLStats_s(VF_FIELD_SIZE) == sizeof(MFLStats_s), "MFLStats_s field table");
+#undef VF_TABLE_RECORD
+#define VF_TABLE_RECORD EFLStats_s
+static_assert(0 VF_FIELDS_EFLStats_s(VF_FIELD_SIZE) == sizeof(EFLStats_s), "EFLStats_s field table");
+#undef VF_TABLE_RECORD
+#define VF_TABLE_RECORD PLStats_s
+static_assert(0 VF_FIELDS_PLStats_s(VF_FIELD_SIZE) == sizeof(PLStats_s), "PLStats_s field table");
+#undef VF_TABLE_RECORD
+#define VF_TABLE_RECORD BTIStats_s
+static_assert(0 VF_FIELDS_BTIStats_s(VF_FIELD_SIZE) == sizeof(BTIStats_s), "BTIStats_s field table");
+#undef VF_TABLE_RECORD
+#define VF_TABLE_RECORD ZVP_Status_s
+static_assert(0 VF_FIELDS_ZVP_Status_s(VF_FIELD_SIZE) == sizeof(ZVP_Status_s), "ZVP_Status_s field table");
+#undef VF_TABLE_RECORD
+#define VF_TABLE_RECORD ZVP_LVStats_s
+static_assert(0 VF_FIELDS_ZVP_LVStats_s(VF_FIELD_SIZE) == sizeof(ZVP_LVStats_s), "ZVP_LVStats_s field table");
+#undef VF_TABLE_RECORD
+#define VF_TABLE_RECORD ZVP_PoolStats_s
+static_assert(0 VF_FIELDS_ZVP_PoolStats_s(VF_FIELD_SIZE) == sizeof(ZVP_PoolStats_s), "ZVP_PoolStats_s field table");
+#undef VF_TABLE_RECORD
+#define VF_TABLE_RECORD RAV_Action_s
+static_assert(0 VF_FIELDS_RAV_Action_s(VF_FIELD_SIZE) == sizeof(RAV_Action_s), "RAV_Action_s field table");
+#undef VF_TABLE_RECORD
+#define VF_TABLE_RECORD BlockConflicts_s
+static_assert(0 VF_FIELDS_BlockConflicts_s(VF_FIELD_SIZE) == sizeof(BlockConflicts_s), "BlockConflicts_s field table");
+#undef VF_TABLE_RECORD
+#define VF_TABLE_RECORD LVSkipped_s
+static_assert(0 VF_FIELDS_LVSkipped_s(VF_FIELD_SIZE) == sizeof(LVSkipped_s), "LVSkipped_s field table");
+#undef VF_TABLE_RECORD
+#define VF_TABLE_RECORD CBSV_NextLeafInvalidList_s
+static_assert(0 VF_FIELDS_CBSV_NextLeafInvalidList_s(VF_FIELD_SIZE) == sizeof(CBSV_NextLeafInvalidList_s), "CBSV_NextLeafInvalidList_s field table");
+#undef VF_TABLE_RECORD
+#define VF_TABLE_RECORD CBSV_InvalidBlockList_s
+static_assert(0 VF_FIELDS_CBSV_InvalidBlockList_s(VF_FIELD_SIZE) == sizeof(CBSV_InvalidBlockList_s), "CBSV_InvalidBlockList_s field table");
+#undef VF_TABLE_RECORD
+#define VF_TABLE_RECORD BTDS_BranchOutOfRangeZids_s
+static_assert(0 VF_FIELDS_BTDS_BranchOutOfRangeZids_s(VF_FIELD_SIZE) == sizeof(BTDS_BranchOutOfRangeZids_s), "BTDS_BranchOutOfRangeZids_s field table");
+#undef VF_TABLE_RECORD
+#define VF_TABLE_RECORD BTDS_UnreadableZid_s
+static_assert(0 VF_FIELDS_BTDS_UnreadableZid_s(VF_FIELD_SIZE) == sizeof(BTDS_UnreadableZid_s), "BTDS_UnreadableZid_s field table");
+#undef VF_TABLE_RECORD
+#define VF_TABLE_RECORD BTDS_BTZnotInNT_s
+static_assert(0 VF_FIELDS_BTDS_BTZnotInNT_s(VF_FIELD_SIZE) == sizeof(BTDS_BTZnotInNT_s), "BTDS_BTZnotInNT_s field table");
+#undef VF_TABLE_RECORD
+#define VF_TABLE_RECORD BTDS_BTZnotInPT_s
+static_assert(0 VF_FIELDS_BTDS_BTZnotInPT_s(VF_FIELD_SIZE) == sizeof(BTDS_BTZnotInPT_s), "BTDS_BTZnotInPT_s field table");
+#undef VF_TABLE_RECORD
+#define VF_TABLE_RECORD BTDS_DuplicateZidsB_s
+static_assert(0 VF_FIELDS_BTDS_DuplicateZidsB_s(VF_FIELD_SIZE) == sizeof(BTDS_DuplicateZidsB_s), "BTDS_DuplicateZidsB_s field table");
+#undef VF_TABLE_RECORD
+#define VF_TABLE_RECORD BTDS_DuplicateZidsL_s
+static_assert(0 VF_FIELDS_BTDS_DuplicateZidsL_s(VF_FIELD_SIZE) == sizeof(BTDS_DuplicateZidsL_s), "BTDS_DuplicateZidsL_s field table");
+#undef VF_TABLE_RECORD
+#define VF_TABLE_RECORD BTDS_OutOfRangeZids_s
+static_assert(0 VF_FIELDS_BTDS_OutOfRangeZids_s(VF_FIELD_SIZE) == sizeof(BTDS_OutOfRangeZids_s), "BTDS_OutOfRangeZids_s field table");
+#undef VF_TABLE_RECORD
+#define VF_TABLE_RECORD BTDS_BTBadNTFiles_s
+static_assert(0 VF_FIELDS_BTDS_BTBadNTFiles_s(VF_FIELD_SIZE) == sizeof(BTDS_BTBadNTFiles_s), "BTDS_BTBadNTFiles_s field table");
+#undef VF_TABLE_RECORD
+#define VF_TABLE_RECORD BTDS_missingBeastParentEnts_s
+static_assert(0 VF_FIELDS_BTDS_missingBeastParentEnts_s(VF_FIELD_SIZE) == sizeof(BTDS_missingBeastParentEnts_s), "BTDS_missingBeastParentEnts_s field table");
+#undef VF_TABLE_RECORD
+#define VF_TABLE_RECORD NTDS_NTZnotInBT_s
+static_assert(0 VF_FIELDS_NTDS_NTZnotInBT_s(VF_FIELD_SIZE) == sizeof(NTDS_NTZnotInBT_s), "NTDS_NTZnotInBT_s field table");
+#undef VF_TABLE_RECORD
+#define VF_TABLE_RECORD STDS_STZnotInBT_s
+static_assert(0 VF_FIELDS_STDS_STZnotInBT_s(VF_FIELD_SIZE) == sizeof(STDS_STZnotInBT_s), "STDS_STZnotInBT_s field table");
+#undef VF_TABLE_RECORD
+#define VF_TABLE_RECORD STDS_STZnotInNT_s
+static_assert(0 VF_FIELDS_STDS_STZnotInNT_s(VF_FIELD_SIZE) == sizeof(STDS_STZnotInNT_s), "STDS_STZnotInNT_s field table");
+#undef VF_TABLE_RECORD
+#define VF_TABLE_RECORD STDS_STPZnotInBT_s
+static_assert(0 VF_FIELDS_STDS_STPZnotInBT_s(VF_FIELD_SIZE) == sizeof(STDS_STPZnotInBT_s), "STDS_STPZnotInBT_s field table");
+#undef VF_TABLE_RECORD
+#define VF_TABLE_RECORD STDS_STPZnotInNT_s
+static_assert(0 VF_FIELDS_STDS_STPZnotInNT_s(VF_FIELD_SIZE) == sizeof(STDS_STPZnotInNT_s), "STDS_STPZnotInNT_s field table");
+#undef VF_TABLE_RECORD
+#define VF_TABLE_RECORD STDS_unaccBlks_s
+static_assert(0 VF_FIELDS_STDS_unaccBlks_s(VF_FIELD_SIZE) == sizeof(STDS_unaccBlks_s), "STDS_unaccBlks_s field table");
+#undef VF_TABLE_RECORD
+#undef VF_FIELD_SIZE
 
 // Offsets.
 VF_FIELD_AT(VerifyFileSection, magic, 0);
