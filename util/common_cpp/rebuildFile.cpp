@@ -96,7 +96,8 @@ void adviseHugePages(const char* data, size_t size) {
 } // namespace
 
 RebuildFile::RebuildFile(const std::string& name, std::ostream& output, unsigned int options)
-    : fileName(name), file(nullptr), flags(options == 0 ? DEFAULT_FLAGS : options), out(output) {
+    : fileName(name), file(nullptr), flags(options == 0 ? DEFAULT_FLAGS : options), out(output),
+      textPrinter(output), printer(&textPrinter) {
     Load();
 }
 
@@ -217,19 +218,6 @@ const char* RebuildFile::NameSpaceSeparator(unsigned nameSpace) {
     }
 }
 
-void RebuildFile::WriteItemEnd(const TODItem& item) {
-    out << "   " << item.GetActionName() << " (" << item.GetReasonName() << ")"
-        << "\n";
-}
-
-void RebuildFile::WriteTotals(unsigned long found, unsigned long ignored) {
-    out << "\n"
-        << "Found " << found << " items that were deleted or truncated."
-        << "\n"
-        << "  Ignored " << ignored << " expected items."
-        << "\n";
-}
-
 template <typename Show>
 unsigned RebuildFile::WalkTODItems(Show show) {
     TODItem item;
@@ -243,25 +231,21 @@ unsigned RebuildFile::WalkTODItems(Show show) {
         ++found;
         if (item.GetReason() == TODItem::REASON_VISIBILITY_CLEANUP) {
             ++ignored;
+            printer->IgnoredTODItem(item);
             continue;
         }
         const unsigned shown = show(item);
         if (shown != 0)
             return shown;
-        WriteItemEnd(item);
     }
-    WriteTotals(found, ignored);
-    return status == QVS::zERR_RAV_EOL ? 0 : status;
+    status = status == QVS::zERR_RAV_EOL ? 0 : status;
+    printer->TODItemsEnd(found, ignored, status);
+    return status;
 }
 
 unsigned RebuildFile::DisplayTODItems() {
     return WalkTODItems([this](const TODItem& item) {
-        out << "Vol ID " << item.VolumeID();
-        if (item.IsNamed())
-            out << ", name is \"" << item.FileName() << "\"" << " <ZID " << Zid{item.Zid()} << ">"
-                << " <PZID " << Zid{item.PZid()} << ">";
-        else
-            out << ", non-named file, " << " <ZID " << Zid{item.Zid()} << ">";
+        printer->TODItemShown(item, nullptr);
         return 0u;
     });
 }
@@ -273,23 +257,145 @@ unsigned long RebuildFile::ProcessTODItems(const char* channelArg) {
         try {
             channel.emplace(flags, channelArg);
         } catch (const std::exception& e) {
-            out << "Unable to create VFSManageCmd:  " << e.what() << "\n";
+            printer->ChannelFailure(e.what());
             return static_cast<unsigned>(QVS::zERR_BAD_PARAMETER_VALUE);
         }
-        if (item.IsNamed())
-            WriteNamedLookup(*channel, item);
-        else
-            WriteUnnamedLookup(*channel, item);
+        const NameLookup_s lookup =
+            item.IsNamed() ? LookupNamed(*channel, item) : LookupUnnamed(*channel, item);
+        printer->TODItemShown(item, &lookup);
         return 0u;
     });
 }
 
-void RebuildFile::WriteUnnamedLookup(VFSManageCmd& command, const TODItem& item) {
-    std::string volumeName;
-    std::string path;
-    int detail = 0;
-    int code = command.ReverseNameLookup(UNNAMED_LOOKUP_ZID, item.NameType(), item.NameSpace(),
-                                         &item.VolumeID(), volumeName, path, detail);
+NameLookup_s RebuildFile::LookupUnnamed(VFSManageCmd& command, const TODItem& item) {
+    NameLookup_s lookup;
+    lookup.code = command.ReverseNameLookup(UNNAMED_LOOKUP_ZID, item.NameType(), item.NameSpace(),
+                                            &item.VolumeID(), lookup.volumeName, lookup.path,
+                                            lookup.detail);
+    return lookup;
+}
+
+NameLookup_s RebuildFile::LookupNamed(VFSManageCmd& command, const TODItem& item) {
+    if (flags & FLAG_TRACE_LOOKUPS)
+        std::cerr << LS_LOC("util/common_cpp/rebuildFile", 220) << " Lookup of PZid " << item.PZid()
+                  << " on volume " << item.VolumeID() << "\n";
+    NameLookup_s lookup;
+    lookup.code = command.ReverseNameLookup(item.PZid(), item.NameType(), item.NameSpace(),
+                                            &item.VolumeID(), lookup.volumeName, lookup.path,
+                                            lookup.detail);
+    // Deleted files whose path is not valid are asked again as name type 0.
+    if (lookup.detail == static_cast<int>(QVS::zERR_INVALID_PATH) &&
+        item.NameType() == DELETED_NAME_TYPE) {
+        lookup.detail = 0;
+        lookup.retried = true;
+        lookup.code = command.ReverseNameLookup(item.PZid(), RETRY_NAME_TYPE, item.NameSpace(),
+                                                &item.VolumeID(), lookup.volumeName, lookup.path,
+                                                lookup.detail);
+    }
+    return lookup;
+}
+
+unsigned RebuildFile::DisplayMessageItems() {
+    printer->MessagesStart();
+    MessageItem item;
+    unsigned long position = 0;
+    unsigned long next = 0;
+    unsigned long found = 0;
+    unsigned status;
+    while ((status = item.FindMessageItemTagAll(text, position, next)) == 0) {
+        position = next;
+        ++found;
+        printer->Message(item);
+    }
+    status = status == QVS::zERR_RAV_EOL ? 0 : status;
+    printer->MessagesEnd(found, status);
+    return status;
+}
+
+// ---------------------------------------------------------------- the text printer
+
+RebuildPrinter::~RebuildPrinter() = default;
+
+RebuildTextPrinter::RebuildTextPrinter(std::ostream& output)
+    : out(output), lines(new char[LINE_BLOCK_SIZE]) {}
+
+RebuildTextPrinter::~RebuildTextPrinter() = default;
+
+void RebuildTextPrinter::MessagesStart() {
+    out << "Rebuild messages"
+        << "\n";
+    // Logs can hold millions of messages: their lines are collected into
+    // large writes, except while item traces go to the error stream.
+    tracing = (TheApp.Level() & (DEBUG_ITEMS | DEBUG_VALUES | DEBUG_FAILURES)) != 0;
+    held = 0;
+}
+
+void RebuildTextPrinter::WriteLines() {
+    out.write(lines.get(), static_cast<std::streamsize>(held));
+    held = 0;
+}
+
+void RebuildTextPrinter::Message(MessageItem const& item) {
+    const std::string& message = item.Text();
+    const size_t length = message.size() + MESSAGE_LINE_EXTRA;
+    if (length > LINE_BLOCK_SIZE - held) {
+        WriteLines();
+        if (length > LINE_BLOCK_SIZE) {
+            out << "  " << message << "\n";
+            return;
+        }
+    }
+    char* line = lines.get() + held;
+    line[0] = ' ';
+    line[1] = ' ';
+    std::memcpy(line + 2, message.data(), message.size());
+    line[length - 1] = '\n';
+    held += length;
+    if (tracing)
+        WriteLines();
+}
+
+void RebuildTextPrinter::MessagesEnd(unsigned long found, unsigned /*status*/) {
+    WriteLines();
+    out << "\n"
+        << "Found " << found << " messages.\n"
+        << "\n";
+}
+
+void RebuildTextPrinter::IgnoredTODItem(TODItem const&) {}
+
+void RebuildTextPrinter::TODItemShown(TODItem const& item, NameLookup_s const* lookup) {
+    if (lookup == nullptr) {
+        out << "Vol ID " << item.VolumeID();
+        if (item.IsNamed())
+            out << ", name is \"" << item.FileName() << "\"" << " <ZID " << Zid{item.Zid()} << ">"
+                << " <PZID " << Zid{item.PZid()} << ">";
+        else
+            out << ", non-named file, " << " <ZID " << Zid{item.Zid()} << ">";
+    } else if (item.IsNamed()) {
+        WriteNamedLookup(item, *lookup);
+    } else {
+        WriteUnnamedLookup(item, *lookup);
+    }
+    out << "   " << item.GetActionName() << " (" << item.GetReasonName() << ")"
+        << "\n";
+}
+
+void RebuildTextPrinter::ChannelFailure(char const* reason) {
+    out << "Unable to create VFSManageCmd:  " << reason << "\n";
+}
+
+void RebuildTextPrinter::TODItemsEnd(unsigned long found, unsigned long ignored, unsigned) {
+    out << "\n"
+        << "Found " << found << " items that were deleted or truncated."
+        << "\n"
+        << "  Ignored " << ignored << " expected items."
+        << "\n";
+}
+
+void RebuildTextPrinter::WriteUnnamedLookup(TODItem const& item, NameLookup_s const& lookup) {
+    const int code = lookup.code;
+    const int detail = lookup.detail;
     if (code != 0)
         out << LOOKUP_ERROR_TEXT << code << ".";
     else if (detail == static_cast<int>(QVS::zERR_VOLUME_NOT_FOUND))
@@ -297,28 +403,15 @@ void RebuildFile::WriteUnnamedLookup(VFSManageCmd& command, const TODItem& item)
     else if (detail == static_cast<int>(QVS::zERR_VOLUME_NOT_IN_ACTIVE_STATE))
         out << VOLUME_INACTIVE_TEXT;
     else if (detail == 0)
-        out << volumeName;
+        out << lookup.volumeName;
     else
         out << LS_LOC("util/common_cpp/rebuildFile", 206) << LOOKUP_FAILED_TEXT << detail << ".";
     out << " <ZID " << Zid{item.Zid()} << ">";
 }
 
-void RebuildFile::WriteNamedLookup(VFSManageCmd& command, const TODItem& item) {
-    if (flags & FLAG_TRACE_LOOKUPS)
-        std::cerr << LS_LOC("util/common_cpp/rebuildFile", 220) << " Lookup of PZid " << item.PZid()
-                  << " on volume " << item.VolumeID() << "\n";
-    std::string volumeName;
-    std::string path;
-    int detail = 0;
-    int code = command.ReverseNameLookup(item.PZid(), item.NameType(), item.NameSpace(),
-                                         &item.VolumeID(), volumeName, path, detail);
-    // Deleted files whose path is not valid are asked again as name type 0.
-    if (detail == static_cast<int>(QVS::zERR_INVALID_PATH) && item.NameType() == DELETED_NAME_TYPE) {
-        detail = 0;
-        code = command.ReverseNameLookup(item.PZid(), RETRY_NAME_TYPE, item.NameSpace(),
-                                         &item.VolumeID(), volumeName, path, detail);
-    }
-
+void RebuildTextPrinter::WriteNamedLookup(TODItem const& item, NameLookup_s const& lookup) {
+    const int code = lookup.code;
+    const int detail = lookup.detail;
     const std::string& name = item.FileName();
     if (code != 0) {
         out << LOOKUP_ERROR_TEXT << code << ".";
@@ -331,58 +424,10 @@ void RebuildFile::WriteNamedLookup(VFSManageCmd& command, const TODItem& item) {
             out << LOOKUP_FAILED_TEXT << detail << ".";
         out << " <ZID " << Zid{item.Zid()} << ">" << " \"" << name << "\" ";
     } else if (item.NameType() != DELETED_NAME_TYPE) {
-        out << "<NormalFile>" << volumeName << path << NameSpaceSeparator(item.NameSpace())
-            << name;
+        out << "<NormalFile>" << lookup.volumeName << lookup.path
+            << RebuildFile::NameSpaceSeparator(item.NameSpace()) << name;
     } else {
-        out << "<DeletedFile>" << "<ZID " << Zid{item.Zid()} << "> " << volumeName << path
-            << NameSpaceSeparator(item.NameSpace()) << name;
+        out << "<DeletedFile>" << "<ZID " << Zid{item.Zid()} << "> " << lookup.volumeName
+            << lookup.path << RebuildFile::NameSpaceSeparator(item.NameSpace()) << name;
     }
-}
-
-unsigned RebuildFile::DisplayMessageItems() {
-    out << "Rebuild messages"
-        << "\n";
-    // Logs can hold millions of messages: their lines are collected into
-    // large writes, except while item traces go to the error stream, where
-    // each line has to be out before the next item's traces.
-    const bool tracing = (TheApp.Level() & (DEBUG_ITEMS | DEBUG_VALUES | DEBUG_FAILURES)) != 0;
-    std::unique_ptr<char[]> lines(new char[LINE_BLOCK_SIZE]);
-    size_t held = 0;
-    auto writeLines = [&] {
-        out.write(lines.get(), static_cast<std::streamsize>(held));
-        held = 0;
-    };
-    auto writeLine = [&](const std::string& message) {
-        const size_t length = message.size() + MESSAGE_LINE_EXTRA;
-        if (length > LINE_BLOCK_SIZE - held) {
-            writeLines();
-            if (length > LINE_BLOCK_SIZE) {
-                out << "  " << message << "\n";
-                return;
-            }
-        }
-        char* line = lines.get() + held;
-        line[0] = ' ';
-        line[1] = ' ';
-        std::memcpy(line + 2, message.data(), message.size());
-        line[length - 1] = '\n';
-        held += length;
-        if (tracing)
-            writeLines();
-    };
-    MessageItem item;
-    unsigned long position = 0;
-    unsigned long next = 0;
-    unsigned long found = 0;
-    unsigned status;
-    while ((status = item.FindMessageItemTagAll(text, position, next)) == 0) {
-        position = next;
-        ++found;
-        writeLine(item.Text());
-    }
-    writeLines();
-    out << "\n"
-        << "Found " << found << " messages.\n"
-        << "\n";
-    return status == QVS::zERR_RAV_EOL ? 0 : status;
 }

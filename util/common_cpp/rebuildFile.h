@@ -4,6 +4,8 @@
 #ifndef UTIL_COMMON_CPP_REBUILDFILE_H
 #define UTIL_COMMON_CPP_REBUILDFILE_H
 
+#include "util/common_cpp/rebuildPrinter.h"
+
 #include <cstdio>
 #include <ostream>
 #include <string>
@@ -40,6 +42,10 @@ public:
     // Separator between a looked-up path and the logged name.
     static const char* NameSpaceSeparator(unsigned nameSpace);
 
+    // Where the walks hand their items: the text printer on the output
+    // stream unless another is given (not owned).
+    void SetPrinter(RebuildPrinter& other) { printer = &other; }
+
 private:
     void Load();
     void AppendChunks(const char* block, size_t size);
@@ -51,16 +57,16 @@ private:
     // status that ends the walk at once, without the totals.
     template <typename Show>
     unsigned WalkTODItems(Show show);
-    void WriteUnnamedLookup(VFSManageCmd& command, const TODItem& item);
-    void WriteNamedLookup(VFSManageCmd& command, const TODItem& item);
-    void WriteItemEnd(const TODItem& item);
-    void WriteTotals(unsigned long found, unsigned long ignored);
+    NameLookup_s LookupUnnamed(VFSManageCmd& command, const TODItem& item);
+    NameLookup_s LookupNamed(VFSManageCmd& command, const TODItem& item);
 
     std::string fileName;
     FILE* file;
     unsigned flags;
     std::ostream& out;
     std::string text;
+    RebuildTextPrinter textPrinter;
+    RebuildPrinter* printer;
 };
 
 #endif

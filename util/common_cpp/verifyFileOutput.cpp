@@ -525,6 +525,12 @@ std::ostream& displayWord(std::ostream& os, const char* heading, const char* con
 
 } // namespace
 
+char const* ErrorTypeText(unsigned bit) { return bit < WORD_TABLE_ROWS ? ERROR_TEXTS[bit] : nullptr; }
+
+char const* WarningTypeText(unsigned bit) {
+    return bit < WORD_TABLE_ROWS ? WARNING_TEXTS[bit] : nullptr;
+}
+
 std::ostream& displayErrors(std::ostream& os, uint64_t errors) {
     return displayWord(os, "  Error types: ", ERROR_TEXTS, errors);
 }

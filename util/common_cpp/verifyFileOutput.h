@@ -35,6 +35,10 @@ std::ostream& fileOut(std::ostream& os, uint64_t errors, uint64_t warnings);
 std::ostream& displayErrors(std::ostream& os, uint64_t errors);
 std::ostream& displayWarnings(std::ostream& os, uint64_t warnings);
 std::ostream& displayWarnings2(std::ostream& os, uint64_t warnings);
+// The text of one bit (0 to 32) of an error or a warning word, as the report
+// shows it; null for a bit the report never shows.
+char const* ErrorTypeText(unsigned bit);
+char const* WarningTypeText(unsigned bit);
 
 // Object details and histograms.
 std::ostream& operator<<(std::ostream& os, CommonBlockStats_s const& stats);

@@ -1,0 +1,410 @@
+// verifyJsonPrinter.cpp - the verify report as JSON, field by field from the
+// records' tables.
+#include "util/common_cpp/verifyJsonPrinter.h"
+
+#include "util/common_cpp/verifyFile.h"
+#include "util/common_cpp/verifyFileOutput.h"
+#include "util/support/qvsError.h"
+
+#include <cctype>
+#include <charconv>
+#include <cstring>
+#include <ctime>
+#include <type_traits>
+
+namespace VerifyJson {
+
+std::string SnakeCase(char const* fieldName) {
+    std::string name;
+    for (char const* p = fieldName; *p != '\0'; ++p) {
+        const unsigned char c = static_cast<unsigned char>(*p);
+        const bool afterLetter = p != fieldName && std::isalpha(static_cast<unsigned char>(p[-1]));
+        if (std::isupper(c)) {
+            // A run of capitals is one word: "missingParentsInNT" ends "_in_nt".
+            if (p != fieldName && !std::isupper(static_cast<unsigned char>(p[-1])))
+                name.push_back('_');
+            name.push_back(static_cast<char>(std::tolower(c)));
+        } else if (std::isdigit(c) && afterLetter) {
+            name.push_back('_');
+            name.push_back(static_cast<char>(c));
+        } else {
+            name.push_back(static_cast<char>(c));
+        }
+    }
+    return name;
+}
+
+char const* StatusName(long status) {
+    char const* name = QVS::GetErrorFromNumber(static_cast<int>(status));
+    const std::string_view text(name);
+    if (text == "zERR_UNKNOWN_ERROR" || text == "MM_UNKNOWN_ERROR")
+        return nullptr;
+    return name;
+}
+
+namespace {
+
+void appendUtf8(uint32_t code, std::string& out) {
+    if (code < 0x80) {
+        out.push_back(static_cast<char>(code));
+    } else if (code < 0x800) {
+        out.push_back(static_cast<char>(0xC0 | (code >> 6)));
+        out.push_back(static_cast<char>(0x80 | (code & 0x3F)));
+    } else if (code < 0x10000) {
+        out.push_back(static_cast<char>(0xE0 | (code >> 12)));
+        out.push_back(static_cast<char>(0x80 | ((code >> 6) & 0x3F)));
+        out.push_back(static_cast<char>(0x80 | (code & 0x3F)));
+    } else {
+        out.push_back(static_cast<char>(0xF0 | (code >> 18)));
+        out.push_back(static_cast<char>(0x80 | ((code >> 12) & 0x3F)));
+        out.push_back(static_cast<char>(0x80 | ((code >> 6) & 0x3F)));
+        out.push_back(static_cast<char>(0x80 | (code & 0x3F)));
+    }
+}
+
+const uint32_t REPLACEMENT_CHARACTER = 0xFFFD;
+
+} // namespace
+
+std::string WideName(unsigned char const* field, std::size_t units) {
+    std::string name;
+    auto unitAt = [field](std::size_t i) {
+        return static_cast<uint32_t>(field[2 * i] | (field[2 * i + 1] << 8));
+    };
+    for (std::size_t i = 0; i < units; ++i) {
+        const uint32_t u = unitAt(i);
+        if (u == 0)
+            break;
+        if (u >= 0xD800 && u <= 0xDBFF && i + 1 < units) {
+            const uint32_t low = unitAt(i + 1);
+            if (low >= 0xDC00 && low <= 0xDFFF) {
+                appendUtf8(0x10000 + ((u - 0xD800) << 10) + (low - 0xDC00), name);
+                ++i;
+                continue;
+            }
+        }
+        appendUtf8(u >= 0xD800 && u <= 0xDFFF ? REPLACEMENT_CHARACTER : u, name);
+    }
+    return name;
+}
+
+} // namespace VerifyJson
+
+namespace {
+
+using QVS::JsonWriter;
+using namespace VerifyFields;
+
+std::string hexText(uint64_t value) {
+    char digits[24] = {'0', 'x'};
+    const std::to_chars_result result = std::to_chars(digits + 2, digits + sizeof digits, value, 16);
+    return std::string(digits, result.ptr);
+}
+
+std::string decimalText(uint64_t value) {
+    char digits[24];
+    const std::to_chars_result result = std::to_chars(digits, digits + sizeof digits, value);
+    return std::string(digits, result.ptr);
+}
+
+// Seconds since 1970 in ISO 8601 UTC.
+std::string isoTime(uint64_t seconds) {
+    const time_t when = static_cast<time_t>(seconds);
+    struct tm parts;
+    if (gmtime_r(&when, &parts) == nullptr)
+        return std::string();
+    char text[32];
+    const size_t length = strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &parts);
+    return std::string(text, length);
+}
+
+void statusMember(JsonWriter& json, std::string const& key, long status) {
+    json.MemberSigned(key, status);
+    json.Key(key + "_name");
+    if (char const* name = VerifyJson::StatusName(status))
+        json.String(name);
+    else
+        json.Null();
+}
+
+// The field writers, one per kind of VerifyFields.
+#define VF_JSON_DECLARE(Record) void writeFields(JsonWriter& json, Record const& r);
+VF_JSON_DECLARE(LevelInformation_s)
+VF_JSON_DECLARE(CommonBlockStats_s)
+VF_JSON_DECLARE(VDBStats_s)
+VF_JSON_DECLARE(BTStats_s)
+VF_JSON_DECLARE(NTStats_s)
+VF_JSON_DECLARE(UBTStats_s)
+VF_JSON_DECLARE(DBTStats_s)
+VF_JSON_DECLARE(MFLStats_s)
+VF_JSON_DECLARE(EFLStats_s)
+VF_JSON_DECLARE(PLStats_s)
+VF_JSON_DECLARE(BTIStats_s)
+VF_JSON_DECLARE(ZVP_Status_s)
+VF_JSON_DECLARE(ZVP_LVStats_s)
+VF_JSON_DECLARE(ZVP_PoolStats_s)
+VF_JSON_DECLARE(RAV_Action_s)
+VF_JSON_DECLARE(BlockConflicts_s)
+VF_JSON_DECLARE(LVSkipped_s)
+VF_VARIABLE_RECORDS(VF_JSON_DECLARE)
+#undef VF_JSON_DECLARE
+
+template <typename T> void writeField(JsonWriter& json, std::string const& key, T value, Quantity) {
+    static_assert(std::is_unsigned<T>::value, "a quantity is unsigned");
+    json.Quantity(key, value);
+}
+
+template <typename T> void writeField(JsonWriter& json, std::string const& key, T value, Signed) {
+    json.MemberSigned(key, value);
+}
+
+template <typename T> void writeField(JsonWriter& json, std::string const& key, T value, Id) {
+    json.Member(key, hexText(value));
+}
+
+template <typename T> void writeField(JsonWriter& json, std::string const& key, T value, Key) {
+    json.Member(key, decimalText(value));
+}
+
+template <typename T> void writeField(JsonWriter& json, std::string const& key, T value, Status) {
+    statusMember(json, key, value);
+}
+
+template <typename T> void writeField(JsonWriter& json, std::string const& key, T value, Time) {
+    json.Member(key, isoTime(value));
+    json.Quantity(key + "_raw", value);
+}
+
+void writeField(JsonWriter& json, std::string const& key, GUID_t value, Guid) {
+    char text[QVS::GUID_TEXT_LENGTH + 1];
+    QVS::LB_GUIDToString(&value, sizeof text, text);
+    json.Member(key, text);
+}
+
+template <typename Names>
+void writeWord(JsonWriter& json, std::string const& key, uint64_t word, Names names) {
+    json.Quantity(key, word);
+    json.Key(key + "_names");
+    json.BeginArray(true);
+    for (unsigned bit = 0; bit < 64; ++bit)
+        if (word & (uint64_t{1} << bit))
+            if (char const* text = names(bit))
+                json.String(text);
+    json.EndArray();
+}
+
+void writeField(JsonWriter& json, std::string const& key, uint64_t value, ErrorWord) {
+    writeWord(json, key, value, ErrorTypeText);
+}
+
+void writeField(JsonWriter& json, std::string const& key, uint64_t value, WarningWord) {
+    writeWord(json, key, value, WarningTypeText);
+}
+
+template <typename T> void writeField(JsonWriter& json, std::string const& key, T value, NameType) {
+    json.Quantity(key, value);
+    json.Member(key + "_name", nTypeName(value));
+}
+
+void writeField(JsonWriter& json, std::string const& key, uint64_t value, Encryption) {
+    json.Quantity(key, value);
+    json.Key(key + "_name");
+    if (value == VerifyFormat::ENCRYPTION_AES128)
+        json.String("AES128");
+    else if (value == VerifyFormat::ENCRYPTION_AES256)
+        json.String("AES256");
+    else
+        json.Null();
+}
+
+template <typename T> void writeField(JsonWriter& json, std::string const& key, T const& value, Nested) {
+    json.Key(key);
+    json.BeginObject();
+    writeFields(json, value);
+    json.EndObject();
+}
+
+void writeField(JsonWriter& json, std::string const& key, LevelInformation_s const* levels, Levels) {
+    json.Key(key);
+    json.BeginArray();
+    for (unsigned level = 0; level < VerifyFormat::HISTOGRAM_LEVELS; ++level) {
+        json.BeginObject(true);
+        writeFields(json, levels[level]);
+        json.EndObject();
+    }
+    json.EndArray();
+}
+
+template <unsigned Units>
+void writeField(JsonWriter& json, std::string const& key, unsigned char const* field, Wide<Units>) {
+    json.Member(key, VerifyJson::WideName(field, Units));
+}
+
+template <unsigned Size>
+void writeField(JsonWriter& json, std::string const& key, char const* field, Narrow<Size>) {
+    json.Member(key, std::string_view(field, strnlen(field, Size)));
+}
+
+template <typename T> void writeField(JsonWriter&, std::string const&, T, Reserved) {}
+
+// Each field of a record by its table; each member name is made once.
+#define VF_JSON_FIELD(field, kind)                                                              \
+    {                                                                                           \
+        static const std::string key = VerifyJson::SnakeCase(#field);                          \
+        writeField(json, key, r.field, kind{});                                                 \
+    }
+#define VF_JSON_DEFINE(Record)                                                                  \
+    void writeFields(JsonWriter& json, Record const& r) { VF_FIELDS_##Record(VF_JSON_FIELD) }
+VF_JSON_DEFINE(LevelInformation_s)
+VF_JSON_DEFINE(CommonBlockStats_s)
+VF_JSON_DEFINE(VDBStats_s)
+VF_JSON_DEFINE(BTStats_s)
+VF_JSON_DEFINE(NTStats_s)
+VF_JSON_DEFINE(UBTStats_s)
+VF_JSON_DEFINE(DBTStats_s)
+VF_JSON_DEFINE(MFLStats_s)
+VF_JSON_DEFINE(EFLStats_s)
+VF_JSON_DEFINE(PLStats_s)
+VF_JSON_DEFINE(BTIStats_s)
+VF_JSON_DEFINE(ZVP_Status_s)
+VF_JSON_DEFINE(ZVP_LVStats_s)
+VF_JSON_DEFINE(ZVP_PoolStats_s)
+VF_JSON_DEFINE(RAV_Action_s)
+VF_JSON_DEFINE(BlockConflicts_s)
+VF_JSON_DEFINE(LVSkipped_s)
+VF_VARIABLE_RECORDS(VF_JSON_DEFINE)
+#undef VF_JSON_DEFINE
+#undef VF_JSON_FIELD
+
+// The kind of each variable-data list: its record's name without the family
+// prefix, in snake_case.
+char const* listKind(CBSV_NextLeafInvalidList_s const*) { return "next_leaf_invalid_list"; }
+char const* listKind(CBSV_InvalidBlockList_s const*) { return "invalid_block_list"; }
+char const* listKind(BTDS_BranchOutOfRangeZids_s const*) { return "branch_out_of_range_zids"; }
+char const* listKind(BTDS_UnreadableZid_s const*) { return "unreadable_zid"; }
+char const* listKind(BTDS_BTZnotInNT_s const*) { return "btz_not_in_nt"; }
+char const* listKind(BTDS_BTZnotInPT_s const*) { return "btz_not_in_pt"; }
+char const* listKind(BTDS_DuplicateZidsB_s const*) { return "duplicate_zids_b"; }
+char const* listKind(BTDS_DuplicateZidsL_s const*) { return "duplicate_zids_l"; }
+char const* listKind(BTDS_OutOfRangeZids_s const*) { return "out_of_range_zids"; }
+char const* listKind(BTDS_BTBadNTFiles_s const*) { return "bt_bad_nt_files"; }
+char const* listKind(BTDS_missingBeastParentEnts_s const*) { return "missing_beast_parent_ents"; }
+char const* listKind(NTDS_NTZnotInBT_s const*) { return "ntz_not_in_bt"; }
+char const* listKind(STDS_STZnotInBT_s const*) { return "stz_not_in_bt"; }
+char const* listKind(STDS_STZnotInNT_s const*) { return "stz_not_in_nt"; }
+char const* listKind(STDS_STPZnotInBT_s const*) { return "stpz_not_in_bt"; }
+char const* listKind(STDS_STPZnotInNT_s const*) { return "stpz_not_in_nt"; }
+char const* listKind(STDS_unaccBlks_s const*) { return "unacc_blks"; }
+
+template <typename List> void writeList(JsonWriter& json, List const& list) {
+    json.Quantity("count", list.count);
+    json.Key("rows");
+    json.BeginArray();
+    for (auto const& record : list.records) {
+        json.BeginObject(true);
+        writeFields(json, record);
+        json.EndObject();
+    }
+    json.EndArray();
+}
+
+} // namespace
+
+VerifyJsonPrinter::VerifyJsonPrinter(JsonWriter& writer) : json(writer) {}
+
+VerifyJsonPrinter::~VerifyJsonPrinter() = default;
+
+void VerifyJsonPrinter::BeginSection(char const* kind) {
+    ++sections;
+    json.BeginObject();
+    json.Member("section", kind);
+}
+
+void VerifyJsonPrinter::Status(ZVP_Status_s const& status) {
+    BeginSection("status_summary");
+    writeFields(json, status);
+    // The verdict the report draws from them.
+    const int results = VerifyResults(status);
+    json.Key("verdict");
+    json.BeginObject();
+    json.Member("status_valid", status.statusValid != 0);
+    json.Member("final_status_valid", status.finalStatusValid != 0);
+    json.Member("pool_condition_determined", results == 0);
+    statusMember(json, "result", results);
+    json.EndObject();
+    json.EndObject();
+}
+
+void VerifyJsonPrinter::Pool(ZVP_PoolStats_s const& pool) {
+    BeginSection("pool");
+    writeFields(json, pool);
+    json.EndObject();
+    if (pool.errors != 0)
+        errorsFound = true;
+}
+
+void VerifyJsonPrinter::Volume(ZVP_LVStats_s const& volume) {
+    ++volumes;
+    BeginSection("volume");
+    writeFields(json, volume);
+    json.EndObject();
+    if (volume.errors != 0)
+        errorsFound = true;
+}
+
+void VerifyJsonPrinter::Actions(ActionStats const& list) {
+    BeginSection("actions");
+    writeList(json, list);
+    json.EndObject();
+}
+
+void VerifyJsonPrinter::Conflicts(ConflictBlocksStats const& list) {
+    BeginSection("conflicts");
+    writeList(json, list);
+    json.EndObject();
+}
+
+void VerifyJsonPrinter::Skipped(LVSkippedStats const& list) {
+    BeginSection("skipped_volumes");
+    writeList(json, list);
+    json.EndObject();
+}
+
+void VerifyJsonPrinter::BeginList(char const* kind, char const* title, uint32_t count) {
+    BeginSection("problem_list");
+    json.Member("kind", kind);
+    json.Member("title", title);
+    json.Quantity("count", count);
+    json.Key("rows");
+    json.BeginArray();
+    listOpen = true;
+}
+
+#define VF_JSON_LIST_METHODS(Record)                                                            \
+    void VerifyJsonPrinter::ListStart(char const* title, uint32_t count, Record const* none) {  \
+        BeginList(listKind(none), title, count);                                                \
+    }                                                                                           \
+    void VerifyJsonPrinter::ListRow(Record const& row) {                                        \
+        ++listRows;                                                                             \
+        json.BeginObject(true);                                                                 \
+        writeFields(json, row);                                                                 \
+        json.EndObject();                                                                       \
+    }
+VF_VARIABLE_RECORDS(VF_JSON_LIST_METHODS)
+#undef VF_JSON_LIST_METHODS
+
+void VerifyJsonPrinter::ListEnd() {
+    json.EndArray();
+    json.Member("complete", true);
+    json.EndObject();
+    listOpen = false;
+}
+
+void VerifyJsonPrinter::Close() {
+    if (!listOpen)
+        return;
+    json.EndArray();
+    json.Member("complete", false);
+    json.EndObject();
+    listOpen = false;
+}
