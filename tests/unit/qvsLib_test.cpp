@@ -14,6 +14,7 @@
 #include <sstream>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace {
 
@@ -46,6 +47,36 @@ TEST(Crc, StepsCanBeChained) {
         crc = QVS::updateCRC(crc, reinterpret_cast<unsigned char*>(&text[i]), n);
     }
     EXPECT_EQ(~crc, 0x414FA339u);
+}
+
+TEST(Crc, EightBytesAtATimeGiveTheByteWiseStep) {
+    // The step of the design, one byte at a time, as the reference.
+    unsigned table[256];
+    for (unsigned n = 0; n < 256; ++n) {
+        unsigned c = n;
+        for (int k = 0; k < 8; ++k)
+            c = (c & 1) ? 0xEDB88320u ^ (c >> 1) : c >> 1;
+        table[n] = c;
+    }
+    auto byteWise = [&table](unsigned crc, const unsigned char* data, size_t length) {
+        for (size_t i = 0; i < length; ++i)
+            crc = table[(crc ^ data[i]) & 0xFF] ^ (crc >> 8);
+        return crc;
+    };
+    std::mt19937 random(42);
+    std::vector<unsigned char> data(70000);
+    for (unsigned char& b : data)
+        b = static_cast<unsigned char>(random());
+    // Every length up to 40 from every start up to 8 (so no alignment is
+    // assumed), then long stretches.
+    for (size_t start = 0; start < 8; ++start)
+        for (size_t length = 0; length <= 40; ++length)
+            ASSERT_EQ(byteWise(0xFFFFFFFFu, &data[start], length),
+                      QVS::updateCRC(0xFFFFFFFFu, &data[start], length))
+                << start << " " << length;
+    for (size_t length : {65535u, 65536u, 69999u})
+        EXPECT_EQ(byteWise(0x12345678u, &data[1], length),
+                  QVS::updateCRC(0x12345678u, &data[1], length));
 }
 
 TEST(Radix, DigitValues) {

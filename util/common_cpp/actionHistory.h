@@ -176,6 +176,33 @@ private:
     unsigned long long key;
 };
 
+// How each item's fields are shown as data (the JSON printer): one table per
+// item kind, F(accessor, kind, member name), the member name being the same
+// for the same field in every kind of file (a verify report's records too).
+namespace ItemFields {
+struct Key {};       // a key: decimal text
+struct Id {};        // a ZID: hexadecimal text
+struct Quantity {};  // a number
+struct Guid {};      // the GUID's text form
+struct Text {};      // text from the log (invalid UTF-8 shown as U+FFFD)
+struct Severity {};  // a message's severity: the number and its word
+struct NameType {};  // the number and its name
+struct NameSpace {}; // the number and the separator of its paths
+struct Time {};      // seconds since 1970: ISO 8601 UTC and the raw value
+} // namespace ItemFields
+
+#define TOD_ITEM_FIELDS(F)                                                                      \
+    F(Key, Key, "key") F(Zid, Id, "zid") F(PZid, Id, "parent_zid") F(Flag, Quantity, "flag")    \
+    F(NameSpace, NameSpace, "name_space") F(NameType, NameType, "name_type")                    \
+    F(VolumeID, Guid, "volume_id") F(FileName, Text, "file_name")
+#define MESSAGE_ITEM_FIELDS(F)                                                                  \
+    F(Key, Key, "key") F(Severity, Severity, "severity") F(Text, Text, "text")
+#define ACTION_ITEM_FIELDS(F)                                                                   \
+    F(Key, Key, "key") F(ObjectName, Text, "object_name")                                       \
+    F(SubObjectName, Text, "sub_object_name") F(Description, Text, "description")               \
+    F(IsPool, Quantity, "is_pool") F(StartUTC, Time, "start_utc") F(EndUTC, Time, "end_utc")    \
+    F(StartCount, Quantity, "start_count") F(EndCount, Quantity, "end_count")
+
 // Debug and I/O items are only located by key.
 class DebugItem {
 public:

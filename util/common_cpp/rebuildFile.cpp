@@ -239,7 +239,7 @@ unsigned RebuildFile::WalkTODItems(Show show) {
             return shown;
     }
     status = status == QVS::zERR_RAV_EOL ? 0 : status;
-    printer->TODItemsEnd(found, ignored, status);
+    printer->TODItemsEnd(found, ignored, status, position);
     return status;
 }
 
@@ -308,7 +308,7 @@ unsigned RebuildFile::DisplayMessageItems() {
         printer->Message(item);
     }
     status = status == QVS::zERR_RAV_EOL ? 0 : status;
-    printer->MessagesEnd(found, status);
+    printer->MessagesEnd(found, status, position);
     return status;
 }
 
@@ -355,7 +355,7 @@ void RebuildTextPrinter::Message(MessageItem const& item) {
         WriteLines();
 }
 
-void RebuildTextPrinter::MessagesEnd(unsigned long found, unsigned /*status*/) {
+void RebuildTextPrinter::MessagesEnd(unsigned long found, unsigned, unsigned long) {
     WriteLines();
     out << "\n"
         << "Found " << found << " messages.\n"
@@ -385,7 +385,8 @@ void RebuildTextPrinter::ChannelFailure(char const* reason) {
     out << "Unable to create VFSManageCmd:  " << reason << "\n";
 }
 
-void RebuildTextPrinter::TODItemsEnd(unsigned long found, unsigned long ignored, unsigned) {
+void RebuildTextPrinter::TODItemsEnd(unsigned long found, unsigned long ignored, unsigned,
+                                     unsigned long) {
     out << "\n"
         << "Found " << found << " items that were deleted or truncated."
         << "\n"

@@ -25,10 +25,11 @@ public:
     virtual ~RebuildPrinter();
 
     // The message walk: its start, each message, and its end with the count
-    // of messages and 0 or the status that ended the walk.
+    // of messages, 0 or the status that ended the walk, and the place in the
+    // log where the walk's last step began.
     virtual void MessagesStart() = 0;
     virtual void Message(MessageItem const& item) = 0;
-    virtual void MessagesEnd(unsigned long found, unsigned status) = 0;
+    virtual void MessagesEnd(unsigned long found, unsigned status, unsigned long position) = 0;
 
     // The TOD walk: each item ignored for its reason, each other item with
     // the answer of its name lookup (null when names are not looked up), and
@@ -38,7 +39,8 @@ public:
     virtual void IgnoredTODItem(TODItem const& item) = 0;
     virtual void TODItemShown(TODItem const& item, NameLookup_s const* lookup) = 0;
     virtual void ChannelFailure(char const* reason) = 0;
-    virtual void TODItemsEnd(unsigned long found, unsigned long ignored, unsigned status) = 0;
+    virtual void TODItemsEnd(unsigned long found, unsigned long ignored, unsigned status,
+                             unsigned long position) = 0;
 };
 
 // The viewer's text: message lines, one line per TOD item as logged or with
@@ -50,11 +52,12 @@ public:
 
     void MessagesStart() override;
     void Message(MessageItem const& item) override;
-    void MessagesEnd(unsigned long found, unsigned status) override;
+    void MessagesEnd(unsigned long found, unsigned status, unsigned long position) override;
     void IgnoredTODItem(TODItem const& item) override;
     void TODItemShown(TODItem const& item, NameLookup_s const* lookup) override;
     void ChannelFailure(char const* reason) override;
-    void TODItemsEnd(unsigned long found, unsigned long ignored, unsigned status) override;
+    void TODItemsEnd(unsigned long found, unsigned long ignored, unsigned status,
+                     unsigned long position) override;
 
 private:
     void WriteLines();

@@ -156,6 +156,13 @@ void JsonWriter::Quantity(std::string_view key, uint64_t value) {
     }
 }
 
+void JsonWriter::CloseTo(std::size_t depth) {
+    if (afterKey)
+        Null();
+    while (open.size() > depth)
+        End(open.back().object ? '}' : ']');
+}
+
 void JsonWriter::Finish() {
     if (!open.empty())
         throw std::logic_error("JSON document ended with open containers");

@@ -54,6 +54,10 @@ public:
     // it is at or above EXACT_DOUBLE_LIMIT.
     void Quantity(std::string_view key, uint64_t value);
 
+    // Closes the open containers down to `depth` (a member whose value was
+    // not given gets null), so that a document cut short by a failure is
+    // still whole.
+    void CloseTo(std::size_t depth);
     // Ends the document with a newline; every container must be closed.
     void Finish();
     // How many containers are open.

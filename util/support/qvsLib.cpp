@@ -15,15 +15,21 @@ namespace QVS {
 
 namespace {
 
+// The standard table for the polynomial, and seven more derived from it, so
+// that eight bytes are taken in one step ("slicing by eight"): the same CRC as
+// the byte-wise step, far faster over a whole report.
 struct CrcTable {
-    unsigned entry[256];
+    unsigned entry[8][256];
     CrcTable() {
         for (unsigned n = 0; n < 256; ++n) {
             unsigned c = n;
             for (int k = 0; k < 8; ++k)
                 c = (c & 1) ? 0xEDB88320u ^ (c >> 1) : c >> 1;
-            entry[n] = c;
+            entry[0][n] = c;
         }
+        for (unsigned n = 0; n < 256; ++n)
+            for (int t = 1; t < 8; ++t)
+                entry[t][n] = entry[0][entry[t - 1][n] & 0xFF] ^ (entry[t - 1][n] >> 8);
     }
 };
 
@@ -32,8 +38,17 @@ const CrcTable crcTable;
 } // namespace
 
 unsigned updateCRC(unsigned crc, unsigned char* data, unsigned long length) {
-    for (unsigned long i = 0; i < length; ++i)
-        crc = crcTable.entry[(crc ^ data[i]) & 0xFF] ^ (crc >> 8);
+    const auto& t = crcTable.entry;
+    unsigned long i = 0;
+    for (; i + 8 <= length; i += 8) {
+        const unsigned low = crc ^ (data[i] | (data[i + 1] << 8) | (data[i + 2] << 16) |
+                                    (static_cast<unsigned>(data[i + 3]) << 24));
+        crc = t[7][low & 0xFF] ^ t[6][(low >> 8) & 0xFF] ^ t[5][(low >> 16) & 0xFF] ^
+              t[4][low >> 24] ^ t[3][data[i + 4]] ^ t[2][data[i + 5]] ^ t[1][data[i + 6]] ^
+              t[0][data[i + 7]];
+    }
+    for (; i < length; ++i)
+        crc = t[0][(crc ^ data[i]) & 0xFF] ^ (crc >> 8);
     return crc;
 }
 

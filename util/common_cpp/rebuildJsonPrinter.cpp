@@ -1,0 +1,226 @@
+// rebuildJsonPrinter.cpp - the rebuild log as JSON.
+#include "util/common_cpp/rebuildJsonPrinter.h"
+
+#include "util/common_cpp/rebuildFile.h"
+#include "util/common_cpp/verifyFileOutput.h"
+#include "util/common_cpp/verifyJsonPrinter.h"
+#include "util/support/qvsStatus.h"
+
+#include <charconv>
+#include <ctime>
+#include <string>
+
+namespace {
+
+using QVS::JsonWriter;
+using namespace ItemFields;
+
+const char* const SEVERITY_NAMES[] = {nullptr, "warning", "info", "error", "fatal",
+                                      "action_required"};
+
+void statusMember(JsonWriter& json, char const* key, long status) {
+    json.MemberSigned(key, status);
+    json.Key(std::string(key) + "_name");
+    if (char const* name = VerifyJson::StatusName(status))
+        json.String(name);
+    else
+        json.Null();
+}
+
+void writeField(JsonWriter& json, char const* key, unsigned long long value, Key) {
+    char digits[24];
+    const std::to_chars_result result = std::to_chars(digits, digits + sizeof digits, value);
+    json.Member(key, std::string_view(digits, static_cast<std::size_t>(result.ptr - digits)));
+}
+
+void writeField(JsonWriter& json, char const* key, unsigned long long value, Id) {
+    char digits[24] = {'0', 'x'};
+    const std::to_chars_result result = std::to_chars(digits + 2, digits + sizeof digits, value, 16);
+    json.Member(key, std::string_view(digits, static_cast<std::size_t>(result.ptr - digits)));
+}
+
+void writeField(JsonWriter& json, char const* key, unsigned long long value, Quantity) {
+    json.Quantity(key, value);
+}
+
+void writeField(JsonWriter& json, char const* key, GUID_t const& value, Guid) {
+    char text[QVS::GUID_TEXT_LENGTH + 1];
+    QVS::LB_GUIDToString(&value, sizeof text, text);
+    json.Member(key, text);
+}
+
+void writeField(JsonWriter& json, char const* key, std::string const& value, Text) {
+    json.Member(key, value);
+}
+
+void writeField(JsonWriter& json, char const* key, unsigned value, Severity) {
+    json.Quantity(key, value);
+    json.Key(std::string(key) + "_name");
+    if (value < sizeof SEVERITY_NAMES / sizeof SEVERITY_NAMES[0] && SEVERITY_NAMES[value])
+        json.String(SEVERITY_NAMES[value]);
+    else
+        json.Null();
+}
+
+void writeField(JsonWriter& json, char const* key, unsigned value, NameType) {
+    json.Quantity(key, value);
+    json.Member(std::string(key) + "_name", nTypeName(value));
+}
+
+void writeField(JsonWriter& json, char const* key, unsigned value, NameSpace) {
+    json.Quantity(key, value);
+    json.Member(std::string(key) + "_separator", RebuildFile::NameSpaceSeparator(value));
+}
+
+void writeField(JsonWriter& json, char const* key, unsigned value, Time) {
+    const time_t when = static_cast<time_t>(value);
+    struct tm parts;
+    char text[32] = "";
+    if (gmtime_r(&when, &parts) != nullptr)
+        text[strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &parts)] = '\0';
+    json.Member(key, text);
+    json.Quantity(std::string(key) + "_raw", value);
+}
+
+#define ITEM_JSON_FIELD(accessor, kind, name) writeField(json, name, item.accessor(), kind{});
+
+} // namespace
+
+void RebuildJson::WriteActionItem(JsonWriter& json, ActionItem const& item) {
+    ACTION_ITEM_FIELDS(ITEM_JSON_FIELD)
+}
+
+RebuildJsonPrinter::RebuildJsonPrinter(JsonWriter& writer) : json(writer) {}
+
+RebuildJsonPrinter::~RebuildJsonPrinter() = default;
+
+void RebuildJsonPrinter::MessagesStart() {
+    json.Key("messages");
+    json.BeginArray();
+}
+
+void RebuildJsonPrinter::Message(MessageItem const& item) {
+    ++messages;
+    json.BeginObject(true);
+    MESSAGE_ITEM_FIELDS(ITEM_JSON_FIELD)
+    json.EndObject();
+}
+
+void RebuildJsonPrinter::Stopped(unsigned walkStatus, unsigned long walkPosition,
+                                 char const* what) {
+    if (walkStatus == 0 || status != 0)
+        return;
+    status = walkStatus;
+    position = walkPosition;
+    hasPosition = true;
+    failure = what;
+}
+
+void RebuildJsonPrinter::MessagesEnd(unsigned long found, unsigned walkStatus,
+                                     unsigned long walkPosition) {
+    json.EndArray();
+    json.Key("message_walk");
+    json.BeginObject(true);
+    json.Quantity("count", found);
+    statusMember(json, "status", walkStatus);
+    json.EndObject();
+    Stopped(walkStatus, walkPosition, "the message walk stopped at a damaged item");
+}
+
+void RebuildJsonPrinter::WriteTODItem(TODItem const& item, bool isIgnored,
+                                      NameLookup_s const* lookup) {
+    if (!todOpen) {
+        json.Key("tod_items");
+        json.BeginArray();
+        todOpen = true;
+    }
+    ++todItems;
+    json.BeginObject(true);
+    TOD_ITEM_FIELDS(ITEM_JSON_FIELD)
+    json.Member("named", item.IsNamed());
+    json.Quantity("action", item.Flag() & (TODItem::FLAG_TRUNCATED | TODItem::FLAG_DELETED |
+                                           TODItem::FLAG_TRUSTEES_TRUNCATED));
+    json.Member("action_name", item.GetActionName());
+    json.Quantity("reason", item.GetReason());
+    json.Member("reason_name", item.GetReasonName());
+    json.Member("ignored", isIgnored);
+    json.Key("lookup");
+    if (lookup == nullptr) {
+        json.Null();
+    } else {
+        json.BeginObject(true);
+        char const* outcome = "found";
+        if (lookup->code != 0)
+            outcome = "call_failed";
+        else if (lookup->detail == static_cast<int>(QVS::zERR_VOLUME_NOT_FOUND))
+            outcome = "volume_not_found";
+        else if (lookup->detail == static_cast<int>(QVS::zERR_VOLUME_NOT_IN_ACTIVE_STATE))
+            outcome = "volume_not_active";
+        else if (lookup->detail != 0)
+            outcome = "failed";
+        json.Member("outcome", outcome);
+        json.MemberSigned("code", lookup->code);
+        statusMember(json, "status", lookup->detail);
+        json.Member("retried_as_name_type_0", lookup->retried);
+        if (lookup->code == 0 && lookup->detail == 0) {
+            json.Member("volume_name", lookup->volumeName);
+            json.Member("path", lookup->path);
+        }
+        json.EndObject();
+    }
+    json.EndObject();
+}
+
+void RebuildJsonPrinter::IgnoredTODItem(TODItem const& item) {
+    ++ignored;
+    WriteTODItem(item, true, nullptr);
+}
+
+void RebuildJsonPrinter::TODItemShown(TODItem const& item, NameLookup_s const* lookup) {
+    WriteTODItem(item, false, lookup);
+}
+
+void RebuildJsonPrinter::ChannelFailure(char const* reason) {
+    if (status == 0) {
+        status = QVS::zERR_BAD_PARAMETER_VALUE;
+        failure = std::string("Unable to create VFSManageCmd: ") + reason;
+    }
+}
+
+void RebuildJsonPrinter::TODItemsEnd(unsigned long found, unsigned long ignoredItems,
+                                     unsigned walkStatus, unsigned long walkPosition) {
+    if (!todOpen) {
+        json.Key("tod_items");
+        json.BeginArray();
+    }
+    json.EndArray();
+    todOpen = false;
+    todEnded = true;
+    json.Key("tod_walk");
+    json.BeginObject(true);
+    json.Quantity("count", found);
+    json.Quantity("ignored", ignoredItems);
+    json.Member("complete", true);
+    statusMember(json, "status", walkStatus);
+    json.EndObject();
+    Stopped(walkStatus, walkPosition, "the TOD walk stopped at a damaged item");
+}
+
+void RebuildJsonPrinter::Close() {
+    if (todEnded)
+        return;
+    if (!todOpen) {
+        json.Key("tod_items");
+        json.BeginArray();
+    }
+    json.EndArray();
+    todOpen = false;
+    todEnded = true;
+    json.Key("tod_walk");
+    json.BeginObject(true);
+    json.Quantity("count", todItems);
+    json.Quantity("ignored", ignored);
+    json.Member("complete", false);
+    statusMember(json, "status", status);
+    json.EndObject();
+}

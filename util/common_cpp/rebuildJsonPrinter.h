@@ -1,0 +1,65 @@
+// rebuildJsonPrinter.h - the rebuild log as data: every message and TOD item
+// that the viewer's walks hand over, field by field from the items' tables,
+// with the answer of each name lookup.
+#ifndef UTIL_COMMON_CPP_REBUILDJSONPRINTER_H
+#define UTIL_COMMON_CPP_REBUILDJSONPRINTER_H
+
+#include "util/common_cpp/actionHistory.h"
+#include "util/common_cpp/rebuildPrinter.h"
+#include "util/support/jsonWriter.h"
+
+#include <string>
+
+// Writes members of the document object: "messages" and "message_walk",
+// "tod_items" and "tod_walk"; the caller writes the rest.
+class RebuildJsonPrinter : public RebuildPrinter {
+public:
+    explicit RebuildJsonPrinter(QVS::JsonWriter& json);
+    ~RebuildJsonPrinter() override;
+
+    void MessagesStart() override;
+    void Message(MessageItem const& item) override;
+    void MessagesEnd(unsigned long found, unsigned status, unsigned long position) override;
+    void IgnoredTODItem(TODItem const& item) override;
+    void TODItemShown(TODItem const& item, NameLookup_s const* lookup) override;
+    void ChannelFailure(char const* reason) override;
+    void TODItemsEnd(unsigned long found, unsigned long ignored, unsigned status,
+                     unsigned long position) override;
+
+    // Ends what a walk that stopped at once left open ("tod_items" after a
+    // channel failure), with its walk summary.
+    void Close();
+
+    // What the walks saw, for the document's totals and error.
+    unsigned long Messages() const { return messages; }
+    unsigned long TODItems() const { return todItems; }
+    unsigned long Ignored() const { return ignored; }
+    // The first status that ended a walk (0 when both ended at their list's
+    // end), where that walk's last step began, and what happened.
+    unsigned Status() const { return status; }
+    // -1 when the walk did not stop at a place in the log (a channel failure).
+    long long Position() const { return hasPosition ? static_cast<long long>(position) : -1; }
+    std::string const& Failure() const { return failure; }
+
+private:
+    void WriteTODItem(TODItem const& item, bool isIgnored, NameLookup_s const* lookup);
+    void Stopped(unsigned walkStatus, unsigned long walkPosition, char const* what);
+
+    QVS::JsonWriter& json;
+    bool todOpen = false;
+    bool todEnded = false;
+    unsigned long messages = 0;
+    unsigned long todItems = 0;
+    unsigned long ignored = 0;
+    unsigned status = 0;
+    unsigned long position = 0;
+    bool hasPosition = false;
+    std::string failure;
+};
+
+namespace RebuildJson {
+// Writes one action item's members, from its table.
+void WriteActionItem(QVS::JsonWriter& json, ActionItem const& item);
+} // namespace RebuildJson
+
+#endif

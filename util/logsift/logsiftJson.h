@@ -1,0 +1,40 @@
+// logsiftJson.h - the documents of logsift-json: one verify report or one
+// rebuild log as one JSON document, read by the same readers and walks as
+// logsift's text, through their JSON printers.
+#ifndef UTIL_LOGSIFT_LOGSIFTJSON_H
+#define UTIL_LOGSIFT_LOGSIFTJSON_H
+
+#include <ostream>
+#include <string>
+
+namespace LogsiftJson {
+
+// The version of the document's schema (doc/logsift-json.schema.json). A
+// member may be added within a major version; none is renamed or removed.
+extern const char* const SCHEMA_VERSION;
+
+// Exit statuses: 0 read whole; 1 command-line error; 2 the file could not
+// be opened, read or validated, or a walk could not be completed (the
+// document then ends with an "error" object); 4 added when a verify report
+// says errors were found.
+constexpr int EXIT_COMMAND_LINE = 1;
+constexpr int EXIT_NOT_READ = 2;
+constexpr int EXIT_ERRORS_FOUND = 4;
+
+struct Options {
+    bool lookup = true;       // ask the storage system for the TOD items' names
+    std::string server;       // the server of the management command file
+    std::string directory;    // the RAV directory of the newest-file search
+    unsigned debugMask = 4;   // the readers' mask (load errors are kept)
+};
+
+// Each writes one document to `out` and returns the exit status.
+int VerifyReport(const std::string& path, const Options& options, std::ostream& out);
+int RebuildLog(const std::string& path, const Options& options, std::ostream& out);
+// The newest file of `pool` in the RAV directory (a rebuild log or a verify
+// report), or a document whose error says there is none.
+int Newest(bool rebuildLog, const std::string& pool, const Options& options, std::ostream& out);
+
+} // namespace LogsiftJson
+
+#endif

@@ -1,0 +1,112 @@
+// logsiftJsonMain.cpp - entry of logsift-json: reads the command line and
+// writes one verify report or rebuild log as one JSON document.
+#include "util/logsift/logsiftJson.h"
+#include "util/logsift/rvConfig.h"
+#include "util/support/outputWriter.h"
+
+#include <cstring>
+#include <getopt.h>
+#include <iostream>
+#include <string>
+
+namespace {
+
+const char PROGRAM[] = "logsift-json";
+const char VERSION[] = "1.00";
+
+const char* const USAGE =
+    "Usage: logsift-json [OPTION]... vbf FILENAME\n"
+    "   or: logsift-json [OPTION]... vbfn POOLNAME [SERVER]\n"
+    "   or: logsift-json [OPTION]... rtf FILENAME\n"
+    "   or: logsift-json [OPTION]... rtfn POOLNAME [SERVER]\n"
+    "Writes one verify report or rebuild log as one JSON document on standard output.\n"
+    "\n"
+    "  -P, --path=PATH      directory of the RAV files for vbfn and rtfn\n"
+    "                       (default /var/opt/kestrel/log/qvs/rav/)\n"
+    "      --no-lookup      do not ask the storage system for the names of a\n"
+    "                       rebuild log's objects\n"
+    "  -h, --help           display this help and exit\n"
+    "  -v, --version        display version information and exit\n"
+    "\n"
+    "Exit status: 0 the file was read whole; 1 a command-line error; 2 the file\n"
+    "could not be opened, read or validated, or a walk could not be completed\n"
+    "(the document ends with an \"error\" object); 4 is added when a verify\n"
+    "report says errors were found.\n";
+
+const struct option LONG_OPTIONS[] = {
+    {"help", no_argument, nullptr, 'h'},
+    {"version", no_argument, nullptr, 'v'},
+    {"path", required_argument, nullptr, 'P'},
+    {"no-lookup", no_argument, nullptr, 'n'},
+    {nullptr, 0, nullptr, 0},
+};
+
+int usageError(const std::string& message) {
+    if (!message.empty())
+        std::cerr << PROGRAM << ": " << message << "\n";
+    std::cerr << "Try '" << PROGRAM << " --help' for more information." << std::endl;
+    return LogsiftJson::EXIT_COMMAND_LINE;
+}
+
+int run(int argc, char** argv) {
+    LogsiftJson::Options options;
+    options.directory = DEFAULT_RAV_DIRECTORY;
+    opterr = 1;
+    int c;
+    while ((c = getopt_long(argc, argv, "hvP:", LONG_OPTIONS, nullptr)) != -1) {
+        switch (c) {
+        case 'h':
+            std::cout << USAGE;
+            return 0;
+        case 'v':
+            std::cout << PROGRAM << " (QVS) " << VERSION << "\n";
+            return 0;
+        case 'P':
+            options.directory = optarg;
+            if (options.directory.empty() || options.directory.back() != '/')
+                options.directory += '/';
+            break;
+        case 'n':
+            options.lookup = false;
+            break;
+        default:
+            return usageError("");
+        }
+    }
+    if (optind >= argc)
+        return usageError("missing FILETYPE argument.");
+    const std::string type = argv[optind];
+    const int operands = argc - optind - 1;
+    const bool newest = type == "vbfn" || type == "rtfn";
+    if (type != "vbf" && type != "rtf" && !newest)
+        return usageError("FILETYPE " + type + " is not legal.");
+    if (operands < 1)
+        return usageError(std::string("missing ") + (newest ? "POOLNAME" : "FILENAME") +
+                          " argument.");
+    if (operands > (newest ? 2 : 1))
+        return usageError(std::string("unexpected argument - ") + argv[optind + (newest ? 3 : 2)] +
+                          ".");
+    const std::string operand = argv[optind + 1];
+    if (newest && operands == 2)
+        options.server = argv[optind + 2];
+    if (type == "vbf")
+        return LogsiftJson::VerifyReport(operand, options, std::cout);
+    if (type == "rtf")
+        return LogsiftJson::RebuildLog(operand, options, std::cout);
+    return LogsiftJson::Newest(type == "rtfn", operand, options, std::cout);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QVS::StandardOutput output;
+    try {
+        const int status = run(argc, argv);
+        output.Flush();
+        return status;
+    } catch (const QVS::OutputWriteError& failure) {
+        output.StopThrowing();
+        std::cerr << PROGRAM << ": write error: " << std::strerror(failure.error) << std::endl;
+        return LogsiftJson::EXIT_NOT_READ;
+    }
+}
