@@ -28,9 +28,9 @@ $(BUILD_DIR)/CMakeCache.txt:
 build: $(BUILD_DIR)/CMakeCache.txt
 	cmake --build $(BUILD_DIR) -j $(JOBS)
 
-# The tool alone.
+# The two programs alone.
 tool: $(BUILD_DIR)/CMakeCache.txt
-	cmake --build $(BUILD_DIR) -j $(JOBS) --target logsift
+	cmake --build $(BUILD_DIR) -j $(JOBS) --target logsift logsift-json
 
 # Builds the tool (and the simulated administration volume where libfuse3 is
 # there), then shows it on the bundled sample files.

@@ -4,7 +4,8 @@
 # the command to run and fails.
 set -u
 packages=(cmake g++ make python3 libgtest-dev pkg-config libfuse3-dev fuse3 groff-base dpkg-dev clang
-          libclang-rt-14-dev time lintian tmux bash-completion)
+          libclang-rt-14-dev time lintian tmux bash-completion python3-jsonschema jq
+          nlohmann-json3-dev)
 
 missing=()
 for p in "${packages[@]}"; do

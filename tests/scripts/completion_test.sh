@@ -108,6 +108,11 @@ for mode in with-bash-completion without-bash-completion; do
     check "file name" "logsift -o rtf rep" "logsift -o rtf report.vbf X"
     check "nothing after the operand" "logsift vbf report.vbf " "logsift vbf report.vbf X"
     check "nothing for a missing directory" "logsift -P missing vbfn " "logsift -P missing vbfn X"
+    check "logsift-json's own option" "logsift-json --no" "logsift-json --no-lookup X"
+    check "logsift-json has no --verbose" "logsift-json --ver" "logsift-json --version X"
+    check "logsift-json pools" "logsift-json --path=rav rtfn " "logsift-json --path=rav rtfn Logs X"
+    check "logsift-json file types" "logsift-json --no-lookup r" "logsift-json --no-lookup rtfX" \
+        "rtf rtfn"
 done
 [ "$fail" = 0 ] && echo "completion ok (with and without bash-completion)"
 exit "$fail"

@@ -33,9 +33,13 @@ if ! make -C "$src" install BUILD_DIR="$work/build" DESTDIR="$work/root" PREFIX=
 fi
 files=$(cd "$work/root" && find . -type f | sort)
 expected="./usr/bin/logsift
+./usr/bin/logsift-json
 ./usr/share/bash-completion/completions/logsift
+./usr/share/bash-completion/completions/logsift-json
 ./usr/share/doc/logsift/changelog.Debian.gz
 ./usr/share/doc/logsift/copyright
+./usr/share/doc/logsift/logsift-json.schema.json
+./usr/share/man/man1/logsift-json.1.gz
 ./usr/share/man/man1/logsift.1.gz"
 [ "$files" = "$expected" ] || { echo "installed files differ:"; diff <(echo "$expected") <(echo "$files"); fail=1; }
 if readelf -S "$work/root/usr/bin/logsift" | grep -q '\.symtab'; then

@@ -21,10 +21,14 @@ fi
 dpkg-deb -x "$deb" "$work/root" || exit 1
 files=$(cd "$work/root" && find . -type f | sort)
 expected="./usr/bin/logsift
+./usr/bin/logsift-json
 ./usr/share/bash-completion/completions/logsift
+./usr/share/bash-completion/completions/logsift-json
 ./usr/share/doc/logsift/changelog.Debian.gz
 ./usr/share/doc/logsift/copyright
+./usr/share/doc/logsift/logsift-json.schema.json
 ./usr/share/lintian/overrides/logsift
+./usr/share/man/man1/logsift-json.1.gz
 ./usr/share/man/man1/logsift.1.gz"
 if [ "$files" != "$expected" ]; then
     echo "package files differ:"; diff <(echo "$expected") <(echo "$files"); fail=1

@@ -88,6 +88,25 @@ std::string WideName(unsigned char const* field, std::size_t units) {
     return name;
 }
 
+
+char const* ListKind(CBSV_NextLeafInvalidList_s const*) { return "next_leaf_invalid_list"; }
+char const* ListKind(CBSV_InvalidBlockList_s const*) { return "invalid_block_list"; }
+char const* ListKind(BTDS_BranchOutOfRangeZids_s const*) { return "branch_out_of_range_zids"; }
+char const* ListKind(BTDS_UnreadableZid_s const*) { return "unreadable_zid"; }
+char const* ListKind(BTDS_BTZnotInNT_s const*) { return "btz_not_in_nt"; }
+char const* ListKind(BTDS_BTZnotInPT_s const*) { return "btz_not_in_pt"; }
+char const* ListKind(BTDS_DuplicateZidsB_s const*) { return "duplicate_zids_b"; }
+char const* ListKind(BTDS_DuplicateZidsL_s const*) { return "duplicate_zids_l"; }
+char const* ListKind(BTDS_OutOfRangeZids_s const*) { return "out_of_range_zids"; }
+char const* ListKind(BTDS_BTBadNTFiles_s const*) { return "bt_bad_nt_files"; }
+char const* ListKind(BTDS_missingBeastParentEnts_s const*) { return "missing_beast_parent_ents"; }
+char const* ListKind(NTDS_NTZnotInBT_s const*) { return "ntz_not_in_bt"; }
+char const* ListKind(STDS_STZnotInBT_s const*) { return "stz_not_in_bt"; }
+char const* ListKind(STDS_STZnotInNT_s const*) { return "stz_not_in_nt"; }
+char const* ListKind(STDS_STPZnotInBT_s const*) { return "stpz_not_in_bt"; }
+char const* ListKind(STDS_STPZnotInNT_s const*) { return "stpz_not_in_nt"; }
+char const* ListKind(STDS_unaccBlks_s const*) { return "unacc_blks"; }
+
 } // namespace VerifyJson
 
 namespace {
@@ -276,26 +295,6 @@ VF_VARIABLE_RECORDS(VF_JSON_DEFINE)
 #undef VF_JSON_DEFINE
 #undef VF_JSON_FIELD
 
-// The kind of each variable-data list: its record's name without the family
-// prefix, in snake_case.
-char const* listKind(CBSV_NextLeafInvalidList_s const*) { return "next_leaf_invalid_list"; }
-char const* listKind(CBSV_InvalidBlockList_s const*) { return "invalid_block_list"; }
-char const* listKind(BTDS_BranchOutOfRangeZids_s const*) { return "branch_out_of_range_zids"; }
-char const* listKind(BTDS_UnreadableZid_s const*) { return "unreadable_zid"; }
-char const* listKind(BTDS_BTZnotInNT_s const*) { return "btz_not_in_nt"; }
-char const* listKind(BTDS_BTZnotInPT_s const*) { return "btz_not_in_pt"; }
-char const* listKind(BTDS_DuplicateZidsB_s const*) { return "duplicate_zids_b"; }
-char const* listKind(BTDS_DuplicateZidsL_s const*) { return "duplicate_zids_l"; }
-char const* listKind(BTDS_OutOfRangeZids_s const*) { return "out_of_range_zids"; }
-char const* listKind(BTDS_BTBadNTFiles_s const*) { return "bt_bad_nt_files"; }
-char const* listKind(BTDS_missingBeastParentEnts_s const*) { return "missing_beast_parent_ents"; }
-char const* listKind(NTDS_NTZnotInBT_s const*) { return "ntz_not_in_bt"; }
-char const* listKind(STDS_STZnotInBT_s const*) { return "stz_not_in_bt"; }
-char const* listKind(STDS_STZnotInNT_s const*) { return "stz_not_in_nt"; }
-char const* listKind(STDS_STPZnotInBT_s const*) { return "stpz_not_in_bt"; }
-char const* listKind(STDS_STPZnotInNT_s const*) { return "stpz_not_in_nt"; }
-char const* listKind(STDS_unaccBlks_s const*) { return "unacc_blks"; }
-
 template <typename List> void writeList(JsonWriter& json, List const& list) {
     json.Quantity("count", list.count);
     json.Key("rows");
@@ -382,7 +381,7 @@ void VerifyJsonPrinter::BeginList(char const* kind, char const* title, uint32_t 
 
 #define VF_JSON_LIST_METHODS(Record)                                                            \
     void VerifyJsonPrinter::ListStart(char const* title, uint32_t count, Record const* none) {  \
-        BeginList(listKind(none), title, count);                                                \
+        BeginList(VerifyJson::ListKind(none), title, count);                                                \
     }                                                                                           \
     void VerifyJsonPrinter::ListRow(Record const& row) {                                        \
         ++listRows;                                                                             \

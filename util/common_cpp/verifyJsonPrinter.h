@@ -64,6 +64,11 @@ char const* StatusName(long status);
 // UTF-8: surrogate pairs are combined, and a surrogate without its pair
 // becomes U+FFFD.
 std::string WideName(unsigned char const* field, std::size_t units);
+// The kind of each variable-data list ("unreadable_zid"): its record's name
+// without the family prefix, in snake_case.
+#define VF_JSON_LIST_KIND(Record) char const* ListKind(Record const*);
+VF_VARIABLE_RECORDS(VF_JSON_LIST_KIND)
+#undef VF_JSON_LIST_KIND
 } // namespace VerifyJson
 
 #endif

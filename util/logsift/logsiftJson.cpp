@@ -174,6 +174,11 @@ void crcMember(JsonWriter& json, const std::string& path) {
     json.EndObject();
 }
 
+// The message of a newest-file search that found nothing.
+std::string noFile(const Source& source, const char* what) {
+    return std::string("no ") + what + " of pool " + source.pool + " in " + source.directory;
+}
+
 int verifyReport(const Source& source, const Options& options, std::ostream& out) {
     JsonWriter json(out);
     begin(json, "verify_report", source);
@@ -181,13 +186,18 @@ int verifyReport(const Source& source, const Options& options, std::ostream& out
     std::ostringstream messages;
     std::unique_ptr<VerifyFile> reader;
     std::string openFailure;
-    try {
-        reader.reset(new VerifyFile(source.path, messages, options.debugMask));
-    } catch (const std::exception& e) {
-        openFailure = e.what();
+    unsigned status = QVS::zERR_BAD_PARAMETER_VALUE;
+    if (source.path.empty()) {
+        status = QVS::STATUS_NO_MATCHING_FILE;
+        openFailure = noFile(source, "verify report");
+    } else {
+        try {
+            reader.reset(new VerifyFile(source.path, messages, options.debugMask));
+        } catch (const std::exception& e) {
+            openFailure = e.what();
+        }
     }
     VerifyJsonPrinter printer(json);
-    unsigned status = QVS::zERR_BAD_PARAMETER_VALUE;
     long long offset = -1;
     json.Key("sections");
     const std::size_t depth = json.Depth();
@@ -256,14 +266,19 @@ int rebuildLog(const Source& source, const Options& options, std::ostream& out) 
     std::unique_ptr<RebuildFile> log;
     long loadStatus = 0;
     std::string loadFailure;
-    try {
-        log.reset(new RebuildFile(source.path, messages, options.debugMask));
-    } catch (const QVSError& e) {
-        loadStatus = e.status();
-        loadFailure = e.what();
-    } catch (const std::exception& e) {
-        loadStatus = QVS::zERR_BAD_PARAMETER_VALUE;
-        loadFailure = e.what();
+    if (source.path.empty()) {
+        loadStatus = QVS::STATUS_NO_MATCHING_FILE;
+        loadFailure = noFile(source, "rebuild log");
+    } else {
+        try {
+            log.reset(new RebuildFile(source.path, messages, options.debugMask));
+        } catch (const QVSError& e) {
+            loadStatus = e.status();
+            loadFailure = e.what();
+        } catch (const std::exception& e) {
+            loadStatus = QVS::zERR_BAD_PARAMETER_VALUE;
+            loadFailure = e.what();
+        }
     }
     RebuildJsonPrinter printer(json);
     unsigned long actions = 0;
@@ -331,25 +346,10 @@ int RebuildLog(const std::string& path, const Options& options, std::ostream& ou
 }
 
 int Newest(bool rebuild, const std::string& pool, const Options& options, std::ostream& out) {
-    std::string path;
-    const Source found{"", pool, options.directory};
-    if (FindTheNewestFile(options.directory, pool, path, rebuild)) {
-        Source source = found;
-        source.path = path;
-        return rebuild ? rebuildLog(source, options, out) : verifyReport(source, options, out);
-    }
-    JsonWriter json(out);
-    begin(json, rebuild ? "rebuild_log" : "verify_report", found);
-    json.Key("outcome");
-    json.BeginObject(true);
-    statusMember(json, "status", QVS::STATUS_NO_MATCHING_FILE);
-    json.EndObject();
-    errorMember(json, QVS::STATUS_NO_MATCHING_FILE,
-                std::string("no ") + (rebuild ? "rebuild log" : "verify report") + " of pool " +
-                    pool + " in " + options.directory,
-                -1);
-    end(json);
-    return EXIT_NOT_READ;
+    Source source{"", pool, options.directory};
+    // Not found: the same document, empty, with the error.
+    FindTheNewestFile(options.directory, pool, source.path, rebuild);
+    return rebuild ? rebuildLog(source, options, out) : verifyReport(source, options, out);
 }
 
 } // namespace LogsiftJson

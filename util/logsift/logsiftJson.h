@@ -35,6 +35,10 @@ int RebuildLog(const std::string& path, const Options& options, std::ostream& ou
 // report), or a document whose error says there is none.
 int Newest(bool rebuildLog, const std::string& pool, const Options& options, std::ostream& out);
 
+// Writes the JSON Schema of the documents (doc/logsift-json.schema.json),
+// made from the same field tables as the documents.
+void WriteSchema(std::ostream& out);
+
 } // namespace LogsiftJson
 
 #endif

@@ -1,0 +1,388 @@
+#!/usr/bin/python3
+"""json_test.py LOGSIFT LOGSIFT_JSON JSONSCHEMA_TOOL TESTS_DIR - logsift-json
+against logsift, case by case.
+
+1. The schema committed in doc/ is the one the printers' field tables give
+   (the jsonschema tool prints it), and it is a valid draft 2020-12 schema.
+2. Every end-to-end case of logsift (but those of the command line and of
+   standard output itself) gets its JSON twin: the same files and the same
+   run, logsift-json in the place of logsift (display switches and debug
+   masks dropped). Each document is valid against the schema, its exit
+   status is one that logsift-json gives, and it agrees with logsift's text
+   of the same run: the same lists with the same counts and rows, the same
+   names, status values, messages and totals.
+3. For one case of each section kind and each list kind, the values are
+   compared field by field with values written here by hand from the cases'
+   descriptions.
+"""
+import json
+import os
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+
+import jsonschema
+
+LOGSIFT, LOGSIFT_JSON, SCHEMA_TOOL, TESTS = sys.argv[1:5]
+TESTS = os.path.abspath(TESTS)
+ROOT = os.path.dirname(TESTS)
+CASES = os.path.join(TESTS, "cases")
+VBFGEN = os.path.join(TESTS, "tools", "vbfgen", "vbfgen.py")
+SIMULATOR = os.path.join(os.path.dirname(os.path.abspath(LOGSIFT)), "tests", "tools",
+                         "qvsadminfs", "qvsadminfs")
+failures = []
+
+
+def fail(case, message):
+    failures.append("%s: %s" % (case, message))
+
+
+# ---------------------------------------------------------------- 1. the schema
+
+made = subprocess.run([SCHEMA_TOOL], stdout=subprocess.PIPE, check=True).stdout
+with open(os.path.join(ROOT, "doc", "logsift-json.schema.json"), "rb") as f:
+    committed = f.read()
+if made != committed:
+    fail("schema", "doc/logsift-json.schema.json differs from what the field tables give "
+         "(rebuild the jsonschema tool and write its output there)")
+SCHEMA = json.loads(committed)
+jsonschema.Draft202012Validator.check_schema(SCHEMA)
+VALIDATOR = jsonschema.Draft202012Validator(SCHEMA)
+
+# ---------------------------------------------------------------- 2. the twins
+
+# A stand-in for logsift that runs logsift-json with what it understands.
+WRAPPER = r'''#!/bin/bash
+args=()
+while [ $# -gt 0 ]; do
+    case $1 in
+    -a | -o | -H) shift ;;
+    -V | --verbose) shift 2 ;;
+    -V* | --verbose=*) shift ;;
+    *) args+=("$1"); shift ;;
+    esac
+done
+exec -a logsift-json "$LOGSIFT_JSON" "${args[@]}"
+'''
+
+
+def prepare(case, work):
+    shutil.copytree(os.path.join(CASES, case), work)
+    for name in os.listdir(work):
+        if name.endswith(".vbfdesc"):
+            subprocess.run(["python3", VBFGEN, name, "-o", name[:-len(".vbfdesc")]], cwd=work,
+                           check=True, stdout=subprocess.DEVNULL)
+    if os.path.exists(os.path.join(work, "setup.sh")):
+        subprocess.run(["bash", "./setup.sh"], cwd=work, check=True, stdout=subprocess.DEVNULL,
+                       stderr=subprocess.DEVNULL, env=dict(os.environ, TESTS_DIR=TESTS))
+
+
+def run(case, work, program):
+    """Runs the case as its runner does, with `program` as $LOGSIFT."""
+    env = dict(os.environ, TZ="UTC", LC_ALL="C", LOGSIFT=program, TESTS_DIR=TESTS,
+               VBFGEN=VBFGEN, QVSADMINFS=SIMULATOR,
+               WITH_ADMIN=os.path.join(TESTS, "tools", "qvsadminfs", "with-admin-volume.sh"),
+               LOGSIFT_JSON=os.path.abspath(LOGSIFT_JSON))
+    if os.path.exists(os.path.join(work, "args")):
+        with open(os.path.join(work, "args")) as f:
+            command = ["bash", "-c", 'eval "set -- $(cat args)"; exec -a logsift "$LOGSIFT" "$@"']
+    else:
+        command = ["bash", "./run.sh"]
+    done = subprocess.run(command, cwd=work, env=env, stdin=subprocess.DEVNULL,
+                          stdout=subprocess.PIPE, stderr=subprocess.PIPE, timeout=120)
+    return done.returncode, done.stdout, done.stderr
+
+
+def lines_after(text, heading):
+    """The lines after `heading` up to the next empty line."""
+    lines = text.split("\n")
+    if heading not in lines:
+        return None
+    start = lines.index(heading) + 1
+    out = []
+    for line in lines[start:]:
+        if line == "":
+            break
+        out.append(line)
+    return out
+
+
+def agree_verify(case, text, doc):
+    sections = doc.get("sections", [])
+    lists = [s for s in sections if s["section"] == "problem_list"]
+    # The lists the text shows: "  TITLE" then "     N records to follow.".
+    shown = re.findall(r"\n  ([^\n]+)\n     (\d+) records to follow\.\n", text)
+    named_lists = {"Action list.": "actions", "Cross-linked block information.": "conflicts",
+                   "Skipped logical volume information.": "skipped_volumes"}
+    text_lists = [(t, int(n)) for t, n in shown if t not in named_lists]
+    json_lists = [(s["title"], s["count"]) for s in lists if s["count"] != 0]
+    if text_lists != json_lists:
+        fail(case, "problem lists differ: text %s, JSON %s" % (text_lists, json_lists))
+    for title, count in shown:
+        if title in named_lists:
+            matching = [s for s in sections if s["section"] == named_lists[title]]
+            if not matching or matching[0]["count"] != int(count):
+                fail(case, "%s: text count %s, JSON %s" % (title, count, matching))
+    # Each list's rows: the count when read whole, and the first column.
+    for s in lists:
+        if s["count"] == 0:
+            continue
+        block = re.search(r"\n  " + re.escape(s["title"]) + r"\n     \d+ records to follow\.\n\n"
+                          r"[^\n]*\n  -[^\n]*\n((?:[^\n]+\n)*)", text)
+        if block is None:
+            fail(case, "no rows of %s in the text" % s["title"])
+            continue
+        rows = block.group(1).rstrip("\n").split("\n") if block.group(1) else []
+        if s.get("complete", True) and len(rows) != len(s["rows"]):
+            fail(case, "%s: %d rows in the text, %d in JSON" % (s["title"], len(rows),
+                                                               len(s["rows"])))
+        for row, record in zip(rows, s["rows"]):
+            first_key = next(iter(record))
+            value = record[first_key]
+            token = row.split()[0].rstrip("zk")
+            if isinstance(value, str) and value.startswith("0x"):
+                expected = value[2:]
+            elif isinstance(value, int):
+                expected = "%x" % value
+            else:
+                expected = value
+            if token != expected and not (isinstance(value, str) and token == value):
+                fail(case, "%s: row starts %s in the text, %s=%s in JSON" % (s["title"], token,
+                                                                           first_key, value))
+                break
+    # Names and the status summary's values.
+    pools = re.findall(r"\nPool: ([^\n]*)\n", text)
+    json_pools = [s["pool_name"] for s in sections if s["section"] == "pool"]
+    if pools != json_pools:
+        fail(case, "pool names differ: %s, %s" % (pools, json_pools))
+    volumes = re.findall(r"\nLV: ([^\n]*)\n", text)
+    json_volumes = [s["volume_name"] for s in sections if s["section"] == "volume"]
+    if volumes != json_volumes:
+        fail(case, "volume names differ: %s, %s" % (volumes, json_volumes))
+    found = re.findall(r"\nErrors found: (Yes|No)\n", text)
+    json_found = ["Yes" if s["errors"] else "No" for s in sections
+                  if s["section"] in ("pool", "volume")]
+    if found != json_found:
+        fail(case, "errors found differ: %s, %s" % (found, json_found))
+    status = [s for s in sections if s["section"] == "status_summary"]
+    for label, key in (("Blocks verified", "blocks_verified"), ("User key", "user_key"),
+                       ("Unaccounted for blocks", "unaccounted_blocks"),
+                       ("Cross-linked blocks", "cross_linked_blocks"),
+                       ("Invalid blocks", "invalid_blocks")):
+        m = re.search(r"\n  " + label + r": (\d+)\n", text)
+        if m and (not status or str(status[0][key]) != m.group(1)):
+            fail(case, "%s: text %s, JSON %s" % (label, m.group(1), status))
+    if "Unable to process Verify file." in text and doc.get("error") is None:
+        fail(case, "the text reports a failure, the document has no error")
+
+
+def agree_rebuild(case, text, doc):
+    messages = lines_after(text, "Rebuild messages")
+    if messages is not None:
+        texts = ["  " + m["text"] for m in doc.get("messages", [])]
+        if messages != texts:
+            fail(case, "messages differ: %s, %s" % (messages[:3], texts[:3]))
+    m = re.search(r"\nFound (\d+) messages\.\n", text)
+    if m and int(m.group(1)) != doc.get("totals", {}).get("messages"):
+        fail(case, "message count: text %s, JSON %s" % (m.group(1), doc["totals"]))
+    m = re.search(r"\nFound (\d+) items that were deleted or truncated\.\n  Ignored (\d+)", text)
+    walk = doc.get("tod_walk", {})
+    if m and (int(m.group(1)) != walk.get("count") or int(m.group(2)) != walk.get("ignored")):
+        fail(case, "TOD totals: text %s, JSON %s" % (m.groups(), doc.get("tod_walk")))
+    m = re.search(r"\nUnable to process all messages: (\d+)\n", text)
+    if m and int(m.group(1)) != doc.get("message_walk", {}).get("status"):
+        fail(case, "message status: text %s, JSON %s" % (m.group(1), doc["message_walk"]))
+    m = re.search(r"\nUnable to process complete file: (\d+)\n", text)
+    if m and (doc.get("error") is None or doc["outcome"]["status"] == 0):
+        fail(case, "the text reports %s, the document no error" % m.group(1))
+    # A looked-up name is the text's line: volume, path, separator and name.
+    for item in doc.get("tod_items", []):
+        lookup = item.get("lookup")
+        if lookup and lookup["outcome"] == "found" and item["named"]:
+            shown = lookup["volume_name"] + lookup["path"] + item["name_space_separator"] + \
+                item["file_name"]
+            if shown not in text:
+                fail(case, "looked-up name %r not in the text" % shown)
+
+
+documents = {}
+skipped_for_root = 0
+with tempfile.TemporaryDirectory() as scratch:
+    wrapper = os.path.join(scratch, "logsift-json-for-logsift")
+    with open(wrapper, "w") as f:
+        f.write(WRAPPER)
+    os.chmod(wrapper, 0o755)
+    for case in sorted(os.listdir(CASES)):
+        if case.startswith(("cli_", "out_")) or "_terminal_" in case:
+            continue
+        text_work = os.path.join(scratch, case + ".text")
+        json_work = os.path.join(scratch, case + ".json")
+        prepare(case, text_work)
+        prepare(case, json_work)
+        text_status, text, _ = run(case, text_work, os.path.abspath(LOGSIFT))
+        status, out, err = run(case, json_work, wrapper)
+        if status == 77 or text_status == 77:
+            skipped_for_root += 1
+            continue
+        if status not in (0, 2, 4, 6):
+            fail(case, "exit status %d: %s" % (status, err.decode(errors="replace")[-300:]))
+            continue
+        try:
+            doc = json.loads(out)
+        except ValueError as e:
+            fail(case, "not JSON: %s" % e)
+            continue
+        errors = list(VALIDATOR.iter_errors(doc))
+        for e in errors[:3]:
+            fail(case, "schema: %s at %s" % (e.message[:200], list(e.absolute_path)))
+        if (status & 2) != (2 if "error" in doc else 0):
+            fail(case, "exit status %d and error object %s disagree" % (status, "error" in doc))
+        documents[case] = doc
+        text = text.decode("utf-8", errors="replace")
+        if doc["kind"] == "verify_report":
+            agree_verify(case, text, doc)
+        else:
+            agree_rebuild(case, text, doc)
+
+# ---------------------------------------------------------------- 3. values by hand
+
+
+def section(case, kind, index=0):
+    found = [s for s in documents[case]["sections"] if s["section"] == kind]
+    return found[index]
+
+
+def problem_list(case, kind):
+    return [s for s in documents[case]["sections"]
+            if s["section"] == "problem_list" and s["kind"] == kind][0]
+
+
+def expect(case, what, actual, expected):
+    if actual != expected:
+        fail(case, "%s: expected %r, got %r" % (what, expected, actual))
+
+
+def expect_fields(case, what, record, expected):
+    for key, value in expected.items():
+        expect(case, "%s.%s" % (what, key), record.get(key), value)
+
+
+if "vbf_all_variable_lists" in documents:
+    c = "vbf_all_variable_lists"
+    rows = {
+        "next_leaf_invalid_list": [{"expected_block": 0xabc, "actual_block": 1},
+                                   {"expected_block": 0xffffffffffffffff,
+                                    "expected_block_s": "18446744073709551615",
+                                    "actual_block": 0}],
+        "invalid_block_list": [{"block": 0x2a, "status": -5, "source_setter": "blockio.c"},
+                               {"block": 255, "status": 0, "source_setter": ""}],
+        "branch_out_of_range_zids": [{"zid": "0x1f"}, {"zid": "0xffffffffffffffff"}],
+        "unreadable_zid": [{"zid": "0x1f", "status": 20100, "source_setter": "zidRead"},
+                           {"zid": "0x1", "status": -2147483648,
+                            "source_setter": "0123456789abcdef0123456789abcdef"}],
+    }
+    for kind, expected_rows in rows.items():
+        lst = problem_list(c, kind)
+        expect(c, kind + " count", lst["count"], len(expected_rows))
+        for i, expected in enumerate(expected_rows):
+            if i >= len(lst["rows"]):
+                fail(c, "%s has no row %d" % (kind, i))
+                break
+            expect_fields(c, "%s row %d" % (kind, i), lst["rows"][i], expected)
+    kinds = [s["kind"] for s in documents[c]["sections"] if s["section"] == "problem_list"]
+    expect(c, "list kinds", sorted(kinds), sorted([
+        "next_leaf_invalid_list", "invalid_block_list", "branch_out_of_range_zids",
+        "unreadable_zid", "btz_not_in_nt", "btz_not_in_pt", "duplicate_zids_b",
+        "duplicate_zids_l", "out_of_range_zids", "bt_bad_nt_files", "missing_beast_parent_ents",
+        "ntz_not_in_bt", "stz_not_in_bt", "stz_not_in_nt", "stpz_not_in_bt", "stpz_not_in_nt",
+        "unacc_blks"]))
+
+if "vbf_pool_plain" in documents:
+    c = "vbf_pool_plain"
+    status = section(c, "status_summary")
+    expect_fields(c, "status", status, {
+        "pool_name": "POOL1", "block_size": 4096, "total_blocks": 1048576,
+        "verify_start_time": "2026-11-15T08:37:14Z", "verify_end_time": "2026-11-15T09:02:00Z",
+        "final_status_valid": 1, "completion_code": 0})
+    expect_fields(c, "verdict", status["verdict"], {"pool_condition_determined": True, "result": 0})
+    pool = section(c, "pool")
+    expect_fields(c, "pool", pool, {
+        "pool_name": "Pool \u00c9t\u00e9", "errors": 0x81, "warnings": 0x400,
+        "errors_names": ["Cross Linked Blocks Exist.", "Invalid Blocks Exist."],
+        "warnings_names": ["A 'Volume Problem Report' Shows Problems."]})
+    expect_fields(c, "pool.bt", pool["bt"], {
+        "system_objects": 30, "file_objects": 1000, "directory_objects": 170,
+        "data_stream_objects": 4, "greatest_object_id": "0x4b0", "named_objects": 1190})
+    expect_fields(c, "pool.bt.object_tree.leaves", pool["bt"]["object_tree"]["leaves"],
+                  {"objects": 1200})
+    expect_fields(c, "pool.vdb", pool["vdb"], {
+        "encryption_algorithm": 256, "encryption_algorithm_name": "AES128",
+        "next_available_id": "0x4b1", "block_quota": 2251799813685247})
+
+if "vbf_conflicts_and_skipped" in documents:
+    c = "vbf_conflicts_and_skipped"
+    conflicts = section(c, "conflicts")
+    skipped = section(c, "skipped_volumes")
+    expect(c, "conflict rows", conflicts["count"], len(conflicts["rows"]))
+    expect(c, "skipped rows", skipped["count"], len(skipped["rows"]))
+    if conflicts["rows"]:
+        expect(c, "conflict object", conflicts["rows"][0]["object_1"][:2], "0x")
+
+for c in ("vbf_actions_with_a",):
+    if c in documents:
+        actions = section(c, "actions")
+        expect(c, "action rows", actions["count"], len(actions["rows"]))
+        for row in actions["rows"]:
+            for key in ("key", "start_seconds", "end_seconds", "object", "sub_object", "action"):
+                if key not in row:
+                    fail(c, "action row lacks %s" % key)
+
+if "vbf_volume_plain" in documents:
+    c = "vbf_volume_plain"
+    volume = section(c, "volume")
+    for key in ("volume_name", "errors", "warnings", "deleted", "purging", "deletion_time",
+                "volume_id", "locator", "vdb", "bt", "nt", "ubt", "dbt", "mfl", "efl", "pl", "bti"):
+        if key not in volume:
+            fail(c, "volume lacks %s" % key)
+
+if "rtf_messages_every_severity" in documents:
+    c = "rtf_messages_every_severity"
+    severities = [(m["severity"], m["severity_name"]) for m in documents[c]["messages"]]
+    for pair in ((1, "warning"), (2, "info"), (3, "error"), (4, "fatal"),
+                 (5, "action_required")):
+        if pair not in severities:
+            fail(c, "no message of severity %s" % (pair,))
+
+if "rtf_reason6_ignored" in documents:
+    c = "rtf_reason6_ignored"
+    items = documents[c]["tod_items"]
+    expect(c, "ignored items", [i["ignored"] for i in items].count(True),
+           documents[c]["tod_walk"]["ignored"])
+    for item in items:
+        if item["ignored"]:
+            expect_fields(c, "ignored item", item, {"reason": 6,
+                                                    "reason_name": "Visibility cleanup"})
+
+if "rtf_sample_lookups" in documents:
+    c = "rtf_sample_lookups"
+    doc = documents[c]
+    expect_fields(c, "totals", doc["totals"], {"messages": 11, "tod_items": 14,
+                                               "ignored_tod_items": 2, "action_items": 3})
+    first = doc["tod_items"][0]
+    expect_fields(c, "first TOD item", first, {
+        "key": "1", "zid": "0x118", "flag": 259, "named": False, "action_name": "TRUNCATED",
+        "reason": 3, "reason_name": "Corrupt Beast"})
+    expect_fields(c, "first lookup", first["lookup"], {"outcome": "found", "status": 0,
+                                                       "volume_name": "VOL1"})
+
+if "rtf_unterminated_tod" in documents:
+    c = "rtf_unterminated_tod"
+    expect_fields(c, "error", documents[c]["error"], {"status": 20162})
+
+print("%d documents checked, %d cases left out for want of root and /dev/fuse"
+      % (len(documents), skipped_for_root))
+for f in failures:
+    print("FAIL", f)
+sys.exit(1 if failures else 0)
