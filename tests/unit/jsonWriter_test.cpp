@@ -1,0 +1,141 @@
+// jsonWriter_test.cpp - the streaming JSON writer: layout, numbers and their
+// decimal twins, string escapes, invalid UTF-8, and closing a cut document;
+// and the JSON printers' names (snake_case, status names, UTF-16 names).
+#include "util/common_cpp/verifyJsonPrinter.h"
+#include "util/support/jsonWriter.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+
+using QVS::JsonWriter;
+
+namespace {
+
+std::string escaped(const std::string& text) {
+    std::string out;
+    JsonWriter::AppendEscaped(text, out);
+    return out;
+}
+
+} // namespace
+
+TEST(JsonWriter, ObjectsArraysAndOneLineContainers) {
+    std::ostringstream out;
+    JsonWriter json(out);
+    json.BeginObject();
+    json.Member("name", "a");
+    json.Key("rows");
+    json.BeginArray();
+    json.BeginObject(true);
+    json.Quantity("n", 1);
+    json.Member("ok", true);
+    json.Key("inner");
+    json.BeginArray();
+    json.Null();
+    json.Signed(-2);
+    json.EndArray();
+    json.EndObject();
+    json.EndArray();
+    json.Key("empty");
+    json.BeginObject();
+    json.EndObject();
+    json.EndObject();
+    json.Finish();
+    EXPECT_EQ("{\n"
+              "  \"name\": \"a\",\n"
+              "  \"rows\": [\n"
+              "    {\"n\": 1, \"ok\": true, \"inner\": [null, -2]}\n"
+              "  ],\n"
+              "  \"empty\": {}\n"
+              "}\n",
+              out.str());
+}
+
+TEST(JsonWriter, QuantitiesFromTwoToTheFiftyThirdGetADecimalTwin) {
+    std::ostringstream out;
+    JsonWriter json(out);
+    json.BeginObject(true);
+    json.Quantity("below", (uint64_t{1} << 53) - 1);
+    json.Quantity("at", uint64_t{1} << 53);
+    json.Quantity("max", ~uint64_t{0});
+    json.EndObject();
+    json.Finish();
+    EXPECT_EQ("{\"below\": 9007199254740991, \"at\": 9007199254740992, \"at_s\": \"9007199254740992\", "
+              "\"max\": 18446744073709551615, \"max_s\": \"18446744073709551615\"}\n",
+              out.str());
+}
+
+TEST(JsonWriter, EscapesOfRfc8259) {
+    EXPECT_EQ("plain", escaped("plain"));
+    EXPECT_EQ("\\\"q\\\" \\\\ \\n\\t\\r\\b\\f", escaped("\"q\" \\ \n\t\r\b\f"));
+    EXPECT_EQ("\\u0000\\u001b\\u001f", escaped(std::string("\0\x1b\x1f", 3)));
+    EXPECT_EQ("\x7f/", escaped("\x7f/")); // DEL and the solidus need no escape
+}
+
+TEST(JsonWriter, ValidUtf8StaysAsItIs) {
+    const std::string text = "\xc3\xa9 \xe2\x82\xac \xf0\x9f\x98\x80 \xef\xbf\xbd \xf4\x8f\xbf\xbf";
+    EXPECT_EQ(text, escaped(text));
+}
+
+TEST(JsonWriter, EveryByteThatBeginsNoValidCharacterBecomesTheReplacementCharacter) {
+    const std::string fffd = "\xef\xbf\xbd";
+    EXPECT_EQ("a" + fffd + "b", escaped("a\x80" "b"));          // a lone continuation byte
+    EXPECT_EQ(fffd + fffd, escaped("\xc0\x80"));                 // an overlong form
+    EXPECT_EQ(fffd + fffd + fffd, escaped("\xed\xa0\x80"));      // a surrogate
+    EXPECT_EQ(fffd + fffd + "x", escaped("\xe2\x82x"));          // cut short: each byte
+    EXPECT_EQ(fffd, escaped("\xe2"));                            // cut at the end
+    EXPECT_EQ(fffd + fffd + fffd + fffd, escaped("\xf4\x90\x80\x80")); // above U+10FFFF
+    EXPECT_EQ(fffd + fffd, escaped("\xf5\xff"));
+}
+
+TEST(JsonWriter, ACutDocumentIsClosedWhole) {
+    std::ostringstream out;
+    JsonWriter json(out);
+    json.BeginObject();
+    json.Key("items");
+    json.BeginArray();
+    json.BeginObject(true);
+    json.Key("dangling");
+    json.CloseTo(1);
+    json.Member("after", "x");
+    json.EndObject();
+    json.Finish();
+    EXPECT_EQ("{\n  \"items\": [\n    {\"dangling\": null}\n  ],\n  \"after\": \"x\"\n}\n",
+              out.str());
+    EXPECT_EQ(0u, json.Depth());
+}
+
+TEST(JsonWriter, UnbalancedContainersAreRefused) {
+    std::ostringstream out;
+    JsonWriter json(out);
+    EXPECT_THROW(json.EndObject(), std::logic_error);
+    json.BeginArray();
+    EXPECT_THROW(json.Finish(), std::logic_error);
+}
+
+TEST(JsonNames, SnakeCaseOfFieldNames) {
+    EXPECT_EQ("total_blocks", VerifyJson::SnakeCase("totalBlocks"));
+    EXPECT_EQ("pool_blocks_1", VerifyJson::SnakeCase("poolBlocks1"));
+    EXPECT_EQ("missing_parents_in_nt", VerifyJson::SnakeCase("missingParentsInNT"));
+    EXPECT_EQ("volume_id", VerifyJson::SnakeCase("volumeId"));
+    EXPECT_EQ("id_range_errors_a", VerifyJson::SnakeCase("idRangeErrorsA"));
+    EXPECT_EQ("bt", VerifyJson::SnakeCase("bt"));
+}
+
+TEST(JsonNames, StatusNamesOnlyWhereTheTablesHaveOne) {
+    EXPECT_STREQ("zOK", VerifyJson::StatusName(0));
+    EXPECT_STREQ("zERR_BUFFER_TOO_SMALL", VerifyJson::StatusName(20004));
+    EXPECT_EQ(nullptr, VerifyJson::StatusName(25000));
+    EXPECT_EQ(nullptr, VerifyJson::StatusName(-5));
+}
+
+TEST(JsonNames, WideNamesCombineSurrogatePairs) {
+    // "A", U+1F600 as a pair, a lone high surrogate, "B", then a 0 unit.
+    const unsigned char field[] = {'A', 0, 0x3d, 0xd8, 0x00, 0xde, 0x3d, 0xd8, 'B', 0, 0, 0, 'C', 0};
+    EXPECT_EQ("A\xf0\x9f\x98\x80\xef\xbf\xbd" "B", VerifyJson::WideName(field, 7));
+    // Cut at the field's end, and a pair cut by it.
+    EXPECT_EQ("A", VerifyJson::WideName(field, 1));
+    EXPECT_EQ("A\xef\xbf\xbd", VerifyJson::WideName(field, 2));
+}
