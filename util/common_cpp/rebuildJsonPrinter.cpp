@@ -54,8 +54,12 @@ void writeField(JsonWriter& json, char const* key, std::string const& value, Tex
 }
 
 void writeField(JsonWriter& json, char const* key, unsigned value, Severity) {
-    json.Quantity(key, value);
-    json.Key(std::string(key) + "_name");
+    // Written once per message: the names are made once.
+    static const std::string quoted = JsonWriter::QuoteKey(key);
+    static const std::string quotedName = JsonWriter::QuoteKey(std::string(key) + "_name");
+    json.QuotedKey(quoted);
+    json.Unsigned(value);
+    json.QuotedKey(quotedName);
     if (value < sizeof SEVERITY_NAMES / sizeof SEVERITY_NAMES[0] && SEVERITY_NAMES[value])
         json.String(SEVERITY_NAMES[value]);
     else

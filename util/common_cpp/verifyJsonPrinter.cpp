@@ -35,10 +35,19 @@ std::string SnakeCase(char const* fieldName) {
 }
 
 char const* StatusName(long status) {
+    // Lists repeat the same few statuses row after row; the table is long.
+    static long lastStatus = 0;
+    static char const* lastName = nullptr;
+    static bool cached = false;
+    if (cached && status == lastStatus)
+        return lastName;
     char const* name = QVS::GetErrorFromNumber(static_cast<int>(status));
     const std::string_view text(name);
     if (text == "zERR_UNKNOWN_ERROR" || text == "MM_UNKNOWN_ERROR")
-        return nullptr;
+        name = nullptr;
+    lastStatus = status;
+    lastName = name;
+    cached = true;
     return name;
 }
 
@@ -114,18 +123,6 @@ namespace {
 using QVS::JsonWriter;
 using namespace VerifyFields;
 
-std::string hexText(uint64_t value) {
-    char digits[24] = {'0', 'x'};
-    const std::to_chars_result result = std::to_chars(digits + 2, digits + sizeof digits, value, 16);
-    return std::string(digits, result.ptr);
-}
-
-std::string decimalText(uint64_t value) {
-    char digits[24];
-    const std::to_chars_result result = std::to_chars(digits, digits + sizeof digits, value);
-    return std::string(digits, result.ptr);
-}
-
 // Seconds since 1970 in ISO 8601 UTC.
 std::string isoTime(uint64_t seconds) {
     const time_t when = static_cast<time_t>(seconds);
@@ -135,6 +132,42 @@ std::string isoTime(uint64_t seconds) {
     char text[32];
     const size_t length = strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &parts);
     return std::string(text, length);
+}
+
+// A field's member names, made once per field: its own and those written
+// beside it (the decimal twin, the name, the raw time, the names of bits).
+// They are kept as JsonWriter::QuoteKey makes them.
+struct FieldKeys {
+    explicit FieldKeys(char const* fieldName) : FieldKeys(VerifyJson::SnakeCase(fieldName), 0) {}
+    FieldKeys(std::string const& key, int)
+        : key(JsonWriter::QuoteKey(key)), twin(JsonWriter::QuoteKey(key + "_s")),
+          name(JsonWriter::QuoteKey(key + "_name")), raw(JsonWriter::QuoteKey(key + "_raw")),
+          rawTwin(JsonWriter::QuoteKey(key + "_raw_s")),
+          names(JsonWriter::QuoteKey(key + "_names")) {}
+    std::string key, twin, name, raw, rawTwin, names;
+};
+
+// A quantity with its decimal twin from 2^53 on.
+void quantity(JsonWriter& json, std::string const& key, std::string const& twin, uint64_t value) {
+    json.QuotedKey(key);
+    json.Unsigned(value);
+    if (value >= JsonWriter::EXACT_DOUBLE_LIMIT) {
+        char digits[24];
+        const std::to_chars_result result = std::to_chars(digits, digits + sizeof digits, value);
+        json.QuotedKey(twin);
+        json.String(std::string_view(digits, static_cast<std::size_t>(result.ptr - digits)));
+    }
+}
+
+void statusMember(JsonWriter& json, std::string const& key, std::string const& nameKey,
+                  long status) {
+    json.QuotedKey(key);
+    json.Signed(status);
+    json.QuotedKey(nameKey);
+    if (char const* name = VerifyJson::StatusName(status))
+        json.String(name);
+    else
+        json.Null();
 }
 
 void statusMember(JsonWriter& json, std::string const& key, long status) {
@@ -168,42 +201,53 @@ VF_JSON_DECLARE(LVSkipped_s)
 VF_VARIABLE_RECORDS(VF_JSON_DECLARE)
 #undef VF_JSON_DECLARE
 
-template <typename T> void writeField(JsonWriter& json, std::string const& key, T value, Quantity) {
+template <typename T> void writeField(JsonWriter& json, FieldKeys const& k, T value, Quantity) {
     static_assert(std::is_unsigned<T>::value, "a quantity is unsigned");
-    json.Quantity(key, value);
+    quantity(json, k.key, k.twin, value);
 }
 
-template <typename T> void writeField(JsonWriter& json, std::string const& key, T value, Signed) {
-    json.MemberSigned(key, value);
+template <typename T> void writeField(JsonWriter& json, FieldKeys const& k, T value, Signed) {
+    json.QuotedKey(k.key);
+    json.Signed(value);
 }
 
-template <typename T> void writeField(JsonWriter& json, std::string const& key, T value, Id) {
-    json.Member(key, hexText(value));
+template <typename T> void writeField(JsonWriter& json, FieldKeys const& k, T value, Id) {
+    char digits[24] = {'0', 'x'};
+    const std::to_chars_result result = std::to_chars(digits + 2, digits + sizeof digits,
+                                                      static_cast<uint64_t>(value), 16);
+    json.QuotedKey(k.key);
+    json.String(std::string_view(digits, static_cast<std::size_t>(result.ptr - digits)));
 }
 
-template <typename T> void writeField(JsonWriter& json, std::string const& key, T value, Key) {
-    json.Member(key, decimalText(value));
+template <typename T> void writeField(JsonWriter& json, FieldKeys const& k, T value, Key) {
+    char digits[24];
+    const std::to_chars_result result =
+        std::to_chars(digits, digits + sizeof digits, static_cast<uint64_t>(value));
+    json.QuotedKey(k.key);
+    json.String(std::string_view(digits, static_cast<std::size_t>(result.ptr - digits)));
 }
 
-template <typename T> void writeField(JsonWriter& json, std::string const& key, T value, Status) {
-    statusMember(json, key, value);
+template <typename T> void writeField(JsonWriter& json, FieldKeys const& k, T value, Status) {
+    statusMember(json, k.key, k.name, value);
 }
 
-template <typename T> void writeField(JsonWriter& json, std::string const& key, T value, Time) {
-    json.Member(key, isoTime(value));
-    json.Quantity(key + "_raw", value);
+template <typename T> void writeField(JsonWriter& json, FieldKeys const& k, T value, Time) {
+    json.QuotedKey(k.key);
+    json.String(isoTime(value));
+    quantity(json, k.raw, k.rawTwin, value);
 }
 
-void writeField(JsonWriter& json, std::string const& key, GUID_t value, Guid) {
+void writeField(JsonWriter& json, FieldKeys const& k, GUID_t value, Guid) {
     char text[QVS::GUID_TEXT_LENGTH + 1];
     QVS::LB_GUIDToString(&value, sizeof text, text);
-    json.Member(key, text);
+    json.QuotedKey(k.key);
+    json.String(text);
 }
 
 template <typename Names>
-void writeWord(JsonWriter& json, std::string const& key, uint64_t word, Names names) {
-    json.Quantity(key, word);
-    json.Key(key + "_names");
+void writeWord(JsonWriter& json, FieldKeys const& k, uint64_t word, Names names) {
+    quantity(json, k.key, k.twin, word);
+    json.QuotedKey(k.names);
     json.BeginArray(true);
     for (unsigned bit = 0; bit < 64; ++bit)
         if (word & (uint64_t{1} << bit))
@@ -212,22 +256,23 @@ void writeWord(JsonWriter& json, std::string const& key, uint64_t word, Names na
     json.EndArray();
 }
 
-void writeField(JsonWriter& json, std::string const& key, uint64_t value, ErrorWord) {
-    writeWord(json, key, value, ErrorTypeText);
+void writeField(JsonWriter& json, FieldKeys const& k, uint64_t value, ErrorWord) {
+    writeWord(json, k, value, ErrorTypeText);
 }
 
-void writeField(JsonWriter& json, std::string const& key, uint64_t value, WarningWord) {
-    writeWord(json, key, value, WarningTypeText);
+void writeField(JsonWriter& json, FieldKeys const& k, uint64_t value, WarningWord) {
+    writeWord(json, k, value, WarningTypeText);
 }
 
-template <typename T> void writeField(JsonWriter& json, std::string const& key, T value, NameType) {
-    json.Quantity(key, value);
-    json.Member(key + "_name", nTypeName(value));
+template <typename T> void writeField(JsonWriter& json, FieldKeys const& k, T value, NameType) {
+    quantity(json, k.key, k.twin, value);
+    json.QuotedKey(k.name);
+    json.String(nTypeName(value));
 }
 
-void writeField(JsonWriter& json, std::string const& key, uint64_t value, Encryption) {
-    json.Quantity(key, value);
-    json.Key(key + "_name");
+void writeField(JsonWriter& json, FieldKeys const& k, uint64_t value, Encryption) {
+    quantity(json, k.key, k.twin, value);
+    json.QuotedKey(k.name);
     if (value == VerifyFormat::ENCRYPTION_AES128)
         json.String("AES128");
     else if (value == VerifyFormat::ENCRYPTION_AES256)
@@ -236,15 +281,15 @@ void writeField(JsonWriter& json, std::string const& key, uint64_t value, Encryp
         json.Null();
 }
 
-template <typename T> void writeField(JsonWriter& json, std::string const& key, T const& value, Nested) {
-    json.Key(key);
+template <typename T> void writeField(JsonWriter& json, FieldKeys const& k, T const& value, Nested) {
+    json.QuotedKey(k.key);
     json.BeginObject();
     writeFields(json, value);
     json.EndObject();
 }
 
-void writeField(JsonWriter& json, std::string const& key, LevelInformation_s const* levels, Levels) {
-    json.Key(key);
+void writeField(JsonWriter& json, FieldKeys const& k, LevelInformation_s const* levels, Levels) {
+    json.QuotedKey(k.key);
     json.BeginArray();
     for (unsigned level = 0; level < VerifyFormat::HISTOGRAM_LEVELS; ++level) {
         json.BeginObject(true);
@@ -255,22 +300,24 @@ void writeField(JsonWriter& json, std::string const& key, LevelInformation_s con
 }
 
 template <unsigned Units>
-void writeField(JsonWriter& json, std::string const& key, unsigned char const* field, Wide<Units>) {
-    json.Member(key, VerifyJson::WideName(field, Units));
+void writeField(JsonWriter& json, FieldKeys const& k, unsigned char const* field, Wide<Units>) {
+    json.QuotedKey(k.key);
+    json.String(VerifyJson::WideName(field, Units));
 }
 
 template <unsigned Size>
-void writeField(JsonWriter& json, std::string const& key, char const* field, Narrow<Size>) {
-    json.Member(key, std::string_view(field, strnlen(field, Size)));
+void writeField(JsonWriter& json, FieldKeys const& k, char const* field, Narrow<Size>) {
+    json.QuotedKey(k.key);
+    json.String(std::string_view(field, strnlen(field, Size)));
 }
 
-template <typename T> void writeField(JsonWriter&, std::string const&, T, Reserved) {}
+template <typename T> void writeField(JsonWriter&, FieldKeys const&, T, Reserved) {}
 
 // Each field of a record by its table; each member name is made once.
 #define VF_JSON_FIELD(field, kind)                                                              \
     {                                                                                           \
-        static const std::string key = VerifyJson::SnakeCase(#field);                          \
-        writeField(json, key, r.field, kind{});                                                 \
+        static const FieldKeys keys(#field);                                                   \
+        writeField(json, keys, r.field, kind{});                                                \
     }
 #define VF_JSON_DEFINE(Record)                                                                  \
     void writeFields(JsonWriter& json, Record const& r) { VF_FIELDS_##Record(VF_JSON_FIELD) }

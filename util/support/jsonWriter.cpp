@@ -4,11 +4,50 @@
 #include <charconv>
 #include <stdexcept>
 
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
 namespace QVS {
 
 namespace {
 
 const char HEX_DIGITS[] = "0123456789abcdef";
+
+// The bytes a string cannot hold as they are: control characters, '"' and
+// '\\' (escaped), and every byte from 0x80 on (checked as UTF-8).
+struct PlainBytes_s {
+    bool plain[256];
+    constexpr PlainBytes_s() : plain() {
+        for (unsigned c = 0; c < 256; ++c)
+            plain[c] = c >= 0x20 && c < 0x80 && c != '"' && c != '\\';
+    }
+};
+constexpr PlainBytes_s PLAIN_BYTES;
+
+// How many bytes from the start of [bytes, bytes + size) are plain: sixteen
+// at a time where the processor can (a byte below 0x20 or from 0x80 on is
+// below 0x20 as a signed byte), then one by one.
+std::size_t plainPrefix(const unsigned char* bytes, std::size_t size) {
+    std::size_t i = 0;
+#ifdef __SSE2__
+    const __m128i space = _mm_set1_epi8(0x20);
+    const __m128i quote = _mm_set1_epi8('"');
+    const __m128i backslash = _mm_set1_epi8('\\');
+    for (; i + 16 <= size; i += 16) {
+        const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes + i));
+        const __m128i special =
+            _mm_or_si128(_mm_cmplt_epi8(block, space),
+                         _mm_or_si128(_mm_cmpeq_epi8(block, quote), _mm_cmpeq_epi8(block, backslash)));
+        const unsigned marks = static_cast<unsigned>(_mm_movemask_epi8(special));
+        if (marks != 0)
+            return i + static_cast<unsigned>(__builtin_ctz(marks));
+    }
+#endif
+    while (i < size && PLAIN_BYTES.plain[bytes[i]])
+        ++i;
+    return i;
+}
 // U+FFFD in UTF-8: what a byte that begins no valid character becomes.
 const char REPLACEMENT[] = "\xef\xbf\xbd";
 
@@ -49,40 +88,43 @@ std::size_t validCharacter(std::string_view text) {
 
 } // namespace
 
-JsonWriter::JsonWriter(std::ostream& output) : out(output) {}
+JsonWriter::JsonWriter(std::ostream& output)
+    : out(output), buffer(new char[BUFFER_SIZE]), capacity(BUFFER_SIZE) {}
 
-void JsonWriter::Raw(std::string_view text) {
-    out.write(text.data(), static_cast<std::streamsize>(text.size()));
+JsonWriter::~JsonWriter() {
+    if (used == 0)
+        return;
+    try {
+        Drain();
+    } catch (...) {
+        // A failed write is the stream's to report; a destructor cannot.
+    }
+}
+
+void JsonWriter::Drain() {
+    out.write(buffer.get(), static_cast<std::streamsize>(used));
+    used = 0;
+}
+
+void JsonWriter::MakeRoom(std::size_t n) {
+    Drain();
+    if (n > capacity) {
+        // A piece larger than the buffer: a buffer of its size, for now.
+        buffer.reset(new char[n]);
+        capacity = n;
+    }
 }
 
 void JsonWriter::NewLine(std::size_t depth) {
-    out.put('\n');
-    for (std::size_t i = 0; i < depth; ++i)
-        Raw("  ");
-}
-
-void JsonWriter::Separate() {
-    if (afterKey) {
-        afterKey = false;
-        return;
-    }
-    if (open.empty())
-        return;
-    Level& level = open.back();
-    if (!level.empty)
-        out.put(',');
-    if (level.oneLine) {
-        if (!level.empty)
-            out.put(' ');
-    } else {
-        NewLine(open.size());
-    }
-    level.empty = false;
+    char* at = At(1 + 2 * depth);
+    at[0] = '\n';
+    std::memset(at + 1, ' ', 2 * depth);
+    used += 1 + 2 * depth;
 }
 
 void JsonWriter::Begin(bool object, bool oneLine, char openChar) {
     Separate();
-    out.put(openChar);
+    Put(openChar);
     // A container inside a one-line container is on that line too.
     const bool inLine = oneLine || (!open.empty() && open.back().oneLine);
     open.push_back(Level{object, inLine, true});
@@ -95,53 +137,27 @@ void JsonWriter::End(char closeChar) {
     open.pop_back();
     if (!level.empty && !level.oneLine)
         NewLine(open.size());
-    out.put(closeChar);
+    Put(closeChar);
 }
 
-void JsonWriter::BeginObject(bool oneLine) { Begin(true, oneLine, '{'); }
-void JsonWriter::EndObject() { End('}'); }
-void JsonWriter::BeginArray(bool oneLine) { Begin(false, oneLine, '['); }
-void JsonWriter::EndArray() { End(']'); }
-
-void JsonWriter::Key(std::string_view name) {
-    Separate();
-    scratch.assign(1, '"');
-    AppendEscaped(name, scratch);
-    scratch.append("\": ");
-    Raw(scratch);
-    afterKey = true;
+std::string JsonWriter::QuoteKey(std::string_view name) {
+    std::string quoted(1, '"');
+    AppendEscaped(name, quoted);
+    quoted.append("\": ");
+    return quoted;
 }
 
-void JsonWriter::String(std::string_view utf8) {
-    Separate();
-    scratch.assign(1, '"');
-    AppendEscaped(utf8, scratch);
-    scratch.push_back('"');
-    Raw(scratch);
-}
-
-void JsonWriter::Unsigned(uint64_t value) {
-    Separate();
-    char digits[24];
-    const std::to_chars_result result = std::to_chars(digits, digits + sizeof digits, value);
-    Raw(std::string_view(digits, static_cast<std::size_t>(result.ptr - digits)));
-}
-
-void JsonWriter::Signed(int64_t value) {
-    Separate();
-    char digits[24];
-    const std::to_chars_result result = std::to_chars(digits, digits + sizeof digits, value);
-    Raw(std::string_view(digits, static_cast<std::size_t>(result.ptr - digits)));
-}
-
-void JsonWriter::Bool(bool value) {
-    Separate();
-    Raw(value ? "true" : "false");
-}
-
-void JsonWriter::Null() {
-    Separate();
-    Raw("null");
+void JsonWriter::Escape(std::string_view text) {
+    const std::size_t size = text.size();
+    const unsigned char* const bytes = reinterpret_cast<const unsigned char*>(text.data());
+    // Most text is plain: it goes in whole.
+    if (plainPrefix(bytes, size) == size) {
+        Put(text.data(), size);
+        return;
+    }
+    std::string escaped;
+    AppendEscaped(text, escaped);
+    Put(escaped.data(), escaped.size());
 }
 
 void JsonWriter::Quantity(std::string_view key, uint64_t value) {
@@ -150,9 +166,8 @@ void JsonWriter::Quantity(std::string_view key, uint64_t value) {
     if (value >= EXACT_DOUBLE_LIMIT) {
         char digits[24];
         const std::to_chars_result result = std::to_chars(digits, digits + sizeof digits, value);
-        std::string twin(key);
-        twin += "_s";
-        Member(twin, std::string_view(digits, static_cast<std::size_t>(result.ptr - digits)));
+        Member(std::string(key) + "_s",
+               std::string_view(digits, static_cast<std::size_t>(result.ptr - digits)));
     }
 }
 
@@ -166,18 +181,21 @@ void JsonWriter::CloseTo(std::size_t depth) {
 void JsonWriter::Finish() {
     if (!open.empty())
         throw std::logic_error("JSON document ended with open containers");
-    out.put('\n');
+    Put('\n');
+    Drain();
 }
 
 void JsonWriter::AppendEscaped(std::string_view text, std::string& out) {
     std::size_t run = 0; // [run, i) needs no escape
     std::size_t i = 0;
-    while (i < text.size()) {
-        const unsigned char c = static_cast<unsigned char>(text[i]);
-        if (c >= 0x20 && c < 0x80 && c != '"' && c != '\\') {
-            ++i;
-            continue;
-        }
+    const std::size_t size = text.size();
+    const unsigned char* const bytes = reinterpret_cast<const unsigned char*>(text.data());
+    while (i < size) {
+        // Most text is plain: passed over without a test of its own per kind.
+        i += plainPrefix(bytes + i, size - i);
+        if (i == size)
+            break;
+        const unsigned char c = bytes[i];
         if (c >= 0x80) {
             const std::size_t length = validCharacter(text.substr(i));
             if (length > 0) {

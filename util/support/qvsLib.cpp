@@ -15,11 +15,11 @@ namespace QVS {
 
 namespace {
 
-// The standard table for the polynomial, and seven more derived from it, so
-// that eight bytes are taken in one step ("slicing by eight"): the same CRC as
-// the byte-wise step, far faster over a whole report.
+// The standard table for the polynomial, and fifteen more derived from it, so
+// that sixteen bytes are taken in one step ("slicing by sixteen"): the same
+// CRC as the byte-wise step, far faster over a whole report.
 struct CrcTable {
-    unsigned entry[8][256];
+    unsigned entry[16][256];
     CrcTable() {
         for (unsigned n = 0; n < 256; ++n) {
             unsigned c = n;
@@ -28,7 +28,7 @@ struct CrcTable {
             entry[0][n] = c;
         }
         for (unsigned n = 0; n < 256; ++n)
-            for (int t = 1; t < 8; ++t)
+            for (int t = 1; t < 16; ++t)
                 entry[t][n] = entry[0][entry[t - 1][n] & 0xFF] ^ (entry[t - 1][n] >> 8);
     }
 };
@@ -40,12 +40,14 @@ const CrcTable crcTable;
 unsigned updateCRC(unsigned crc, unsigned char* data, unsigned long length) {
     const auto& t = crcTable.entry;
     unsigned long i = 0;
-    for (; i + 8 <= length; i += 8) {
-        const unsigned low = crc ^ (data[i] | (data[i + 1] << 8) | (data[i + 2] << 16) |
-                                    (static_cast<unsigned>(data[i + 3]) << 24));
-        crc = t[7][low & 0xFF] ^ t[6][(low >> 8) & 0xFF] ^ t[5][(low >> 16) & 0xFF] ^
-              t[4][low >> 24] ^ t[3][data[i + 4]] ^ t[2][data[i + 5]] ^ t[1][data[i + 6]] ^
-              t[0][data[i + 7]];
+    for (; i + 16 <= length; i += 16) {
+        const unsigned char* b = data + i;
+        const unsigned low = crc ^ (b[0] | (b[1] << 8) | (b[2] << 16) |
+                                    (static_cast<unsigned>(b[3]) << 24));
+        crc = t[15][low & 0xFF] ^ t[14][(low >> 8) & 0xFF] ^ t[13][(low >> 16) & 0xFF] ^
+              t[12][low >> 24] ^ t[11][b[4]] ^ t[10][b[5]] ^ t[9][b[6]] ^ t[8][b[7]] ^
+              t[7][b[8]] ^ t[6][b[9]] ^ t[5][b[10]] ^ t[4][b[11]] ^ t[3][b[12]] ^ t[2][b[13]] ^
+              t[1][b[14]] ^ t[0][b[15]];
     }
     for (; i < length; ++i)
         crc = t[0][(crc ^ data[i]) & 0xFF] ^ (crc >> 8);
