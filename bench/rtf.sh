@@ -15,6 +15,9 @@
 #    printed beside it.
 #    Targets: time ratio <= 2.5 (output to a file); peak RSS <= 1.1 x file
 #    size + 16 MiB.
+#    In the same rounds, logsift-json --no-lookup rtf on the same file (the
+#    same messages as one JSON document), to a file, against logsift rtf to a
+#    file. Target: logsift-json / logsift <= 1.5.
 # Needs root and /dev/fuse for the first part (skipped otherwise, or with
 # ITEMS=0). The lookups are the best of RUNS runs (default 3). The message
 # runs take a fraction of a second and vary by a third on a busy machine, so
@@ -30,6 +33,7 @@ here=$(cd "$(dirname "$0")" && pwd)
 top=$(dirname "$here")
 logsift=${1:-$top/build/logsift}
 logsift=$(cd "$(dirname "$logsift")" && pwd)/$(basename "$logsift")
+logsift_json=$(dirname "$logsift")/logsift-json
 items=${ITEMS:-100000}
 megabytes=${MB:-200}
 runs=${RUNS:-3}
@@ -132,7 +136,13 @@ for i in $(seq "$message_runs"); do
     rm -f out.txt
     t_pipe=$(timed "'$logsift' rtf messages.xml | cat >/dev/null")
     t_grep=$(timed "grep -c '<messageItem>' messages.xml >count.txt")
-    echo "$t_file $t_pipe $t_grep" >>rounds.txt
+    t_json=-1
+    if [ -x "$logsift_json" ]; then
+        rm -f out.json
+        t_json=$(timed "'$logsift_json' --no-lookup rtf messages.xml >out.json")
+        rm -f out.json
+    fi
+    echo "$t_file $t_pipe $t_grep $t_json" >>rounds.txt
 done
 /usr/bin/time -v -o time.txt "$logsift" rtf messages.xml >out.txt 2>/dev/null || true
 ls_kb=$(sed -n 's/.*Maximum resident set size (kbytes): //p' time.txt)
@@ -149,3 +159,14 @@ echo "grep -c >file:     ${grep_s} s"
 printf 'ratio logsift/grep, output to a file: %.2f   (target <= 2.5)\n' "$file_ratio"
 printf 'ratio logsift/grep, output to a pipe: %.2f\n' "$pipe_ratio"
 echo "peak RSS / (1.1 x file + 16 MiB): $(ratio "$ls_kb" "$limit_kb")   (target <= 1.0)"
+if [ -x "$logsift_json" ]; then
+    /usr/bin/time -v -o time.txt "$logsift_json" --no-lookup rtf messages.xml >out.json 2>/dev/null || true
+    json_kb=$(sed -n 's/.*Maximum resident set size (kbytes): //p' time.txt)
+    json_mb=$(( $(stat -c %s out.json) / 1048576 ))
+    json_s=$(awk '{ print $4 }' rounds.txt | median)
+    json_ratio=$(awk '{ printf "%.4f\n", $4 / $1 }' rounds.txt | median)
+    echo "logsift-json >file: ${json_s} s, $json_mb MiB of JSON, peak RSS $((json_kb / 1024)) MiB"
+    printf 'ratio logsift-json/logsift rtf, output to a file: %.2f   (target <= 1.5)\n' "$json_ratio"
+else
+    echo "logsift-json: skipped (not built beside $logsift)"
+fi

@@ -10,6 +10,8 @@
 #   xxd on the 100 MB report;
 #   the copy floor: cat of the report and cat of logsift's output (saved once),
 #   that is reading the report and writing as many bytes as logsift writes.
+#   logsift-json vbf on the 100 MB report (the same content as one JSON
+#   document), against logsift -a -o -H vbf in the same round.
 # A ratio is the median of the rounds' ratios; the times shown are medians.
 # Peak resident memory is taken by /usr/bin/time -v in a run of its own.
 # Targets:
@@ -17,15 +19,18 @@
 #   logsift / copy floor          <= 10
 #   peak RSS of logsift           < 32 MiB
 #   linearity                     logsift 50 MB / logsift 100 MB = 0.5 within 10%
+#   logsift-json / logsift        <= 1.5, peak RSS < 32 MiB
 set -eu
 here=$(cd "$(dirname "$0")" && pwd)
 top=$(dirname "$here")
 logsift=${1:-$top/build/logsift}
+logsift_json=$(dirname "$logsift")/logsift-json
 vbfgen=$top/tests/tools/vbfgen/vbfgen.py
 rounds=${ROUNDS:-9}
 
 [ -x "$logsift" ] || { echo "no logsift at $logsift (build it, or pass its path)" >&2; exit 1; }
 [ -x /usr/bin/time ] || { echo "/usr/bin/time is missing (Debian package: time)" >&2; exit 1; }
+[ -x "$logsift_json" ] || { echo "no logsift-json beside $logsift" >&2; exit 1; }
 command -v xxd >/dev/null || { echo "xxd is missing (Debian package: xxd)" >&2; exit 1; }
 
 work=$(mktemp -d)
@@ -120,6 +125,10 @@ records=$(( 100000 + 700000 + 500000 + 400000 + 300000 ))
 out_bytes=$(stat -c %s "$work/out100.txt")
 /usr/bin/time -v -o "$work/time.txt" "$logsift" -a -o -H vbf "$work/r100.vbf" >/dev/null 2>&1
 peak_kib=$(awk -F': ' '/Maximum resident set size/ { print $2 }' "$work/time.txt")
+"$logsift_json" vbf "$work/r100.vbf" >"$work/out100.json" || true
+json_bytes=$(stat -c %s "$work/out100.json")
+/usr/bin/time -v -o "$work/time.txt" "$logsift_json" vbf "$work/r100.vbf" >/dev/null 2>&1 || true
+json_peak_kib=$(awk -F': ' '/Maximum resident set size/ { print $2 }' "$work/time.txt")
 sync
 
 # timed "command": seconds the command took, run by this shell itself (no
@@ -139,7 +148,8 @@ for ((i = 0; i < rounds; i++)); do
     x100=$(timed "xxd '$work/r100.vbf' >/dev/null")
     floor=$(timed "cat '$work/r100.vbf' >/dev/null; cat '$work/out100.txt' >/dev/null")
     l50=$(timed "'$logsift' -a -o -H vbf '$work/r50.vbf' >/dev/null")
-    echo "$l100 $x100 $floor $l50" >>"$work/rounds.txt"
+    j100=$(timed "'$logsift_json' vbf '$work/r100.vbf' >/dev/null || true")
+    echo "$l100 $x100 $floor $l50 $j100" >>"$work/rounds.txt"
 done
 column() { awk -v c="$1" '{ print $c }' "$work/rounds.txt" | median; }
 ratio() { awk -v a="$1" -v b="$2" '{ printf "%.4f\n", $a / $b }' "$work/rounds.txt" | median; }
@@ -147,7 +157,8 @@ ratio() { awk -v a="$1" -v b="$2" '{ printf "%.4f\n", $a / $b }' "$work/rounds.t
 awk -v s100="$size100" -v s50="$size50" -v rec="$records" -v out="$out_bytes" \
     -v l100="$(column 1)" -v x100="$(column 2)" -v floor="$(column 3)" -v l50="$(column 4)" \
     -v rx="$(ratio 1 2)" -v rf="$(ratio 1 3)" -v rl="$(ratio 4 1)" -v peak="$peak_kib" \
-    -v rounds="$rounds" 'BEGIN {
+    -v rounds="$rounds" -v j100="$(column 5)" -v rj="$(ratio 5 1)" -v jout="$json_bytes" \
+    -v jpeak="$json_peak_kib" 'BEGIN {
     printf "report            %.1f MB, %d variable-data records (half: %.1f MB)\n", s100 / 1e6, rec, s50 / 1e6
     printf "logsift output    %.1f MB of text\n", out / 1e6
     printf "medians of %d rounds:\n", rounds
@@ -159,4 +170,6 @@ awk -v s100="$size100" -v s50="$size50" -v rec="$records" -v out="$out_bytes" \
     printf "floor ratio       logsift/copy floor = %.1f   (target <= 10)\n", rf
     printf "peak RSS          %.1f MiB   (target < 32 MiB)\n", peak / 1024
     printf "linearity         50 MB/100 MB = %.2f   (target 0.45 to 0.55)\n", rl
+    printf "logsift-json      %.3f s, %.1f MB of JSON, peak RSS %.1f MiB   (target < 32 MiB)\n", j100, jout / 1e6, jpeak / 1024
+    printf "json ratio        logsift-json/logsift = %.2f   (target <= 1.5)\n", rj
 }'

@@ -107,6 +107,54 @@ TEST(JsonWriter, ACutDocumentIsClosedWhole) {
     EXPECT_EQ(0u, json.Depth());
 }
 
+// A row is what a one-line object gives, member for member, escapes and
+// all, and stays whole where it crosses the end of the writer's buffer.
+TEST(JsonWriter, RowsWriteWhatOneLineObjectsWrite) {
+    const std::string texts[] = {"", "short", "sixteen bytes!!!", "a \"quoted\" name\twith a tab",
+                                 std::string("bad \xff byte and a longer tail of plain text"),
+                                 std::string(40000, 'x')};
+    std::ostringstream byRows, byObjects;
+    {
+        JsonWriter rows(byRows), objects(byObjects);
+        rows.BeginArray();
+        objects.BeginArray();
+        const std::string key = JsonWriter::QuoteKey("key"), text = JsonWriter::QuoteKey("text");
+        const std::string flag = JsonWriter::QuoteKey("flag"), none = JsonWriter::QuoteKey("none");
+        for (unsigned i = 0; i < 3000; ++i) {
+            const std::string& t = texts[i % (sizeof texts / sizeof texts[0])];
+            JsonWriter::Row row(rows);
+            row.QuotedKey(key);
+            row.Unsigned(i);
+            row.QuotedKey(text);
+            row.String(t);
+            row.QuotedKey(flag);
+            row.Bool(i % 2 == 0);
+            row.QuotedKey(none);
+            row.Null();
+            row.QuotedKey(key);
+            row.Signed(-static_cast<int64_t>(i));
+            row.End();
+            objects.BeginObject(true);
+            objects.Key("key");
+            objects.Unsigned(i);
+            objects.Member("text", t);
+            objects.Member("flag", i % 2 == 0);
+            objects.Key("none");
+            objects.Null();
+            objects.MemberSigned("key", -static_cast<int64_t>(i));
+            objects.EndObject();
+        }
+        rows.EndArray();
+        objects.EndArray();
+        rows.Finish();
+        objects.Finish();
+    }
+    EXPECT_GT(byRows.str().size(), 2u * 512 * 1024);
+    EXPECT_EQ(byObjects.str(), byRows.str());
+    EXPECT_NE(std::string::npos, byRows.str().find("{\"key\": 3, \"text\": \"a \\\"quoted\\\" name\\twith a tab\""));
+    EXPECT_NE(std::string::npos, byRows.str().find("\"bad \xef\xbf\xbd byte and"));
+}
+
 TEST(JsonWriter, UnbalancedContainersAreRefused) {
     std::ostringstream out;
     JsonWriter json(out);

@@ -33,11 +33,7 @@ namespace {
 
 // The searches of one item are inlined where they are used, so that each is
 // compiled for its own tag (length and bytes known).
-#if defined(__GNUC__)
-#define HOT __attribute__((always_inline))
-#else
-#define HOT
-#endif
+#define HOT QVS_ALWAYS_INLINE
 
 const char CDATA_OPEN[] = "<![CDATA[";
 const std::string::size_type CDATA_OPEN_LENGTH = sizeof(CDATA_OPEN) - 1;

@@ -27,71 +27,115 @@ void statusMember(JsonWriter& json, char const* key, long status) {
         json.Null();
 }
 
-void writeField(JsonWriter& json, char const* key, unsigned long long value, Key) {
+// The names of one field's members, quoted once: the fields of the items are
+// written once per item, and a log holds millions of items.
+struct Keys {
+    explicit Keys(std::string const& key)
+        : key(JsonWriter::QuoteKey(key)), twin(JsonWriter::QuoteKey(key + "_s")),
+          name(JsonWriter::QuoteKey(key + "_name")),
+          separator(JsonWriter::QuoteKey(key + "_separator")),
+          raw(JsonWriter::QuoteKey(key + "_raw")), rawTwin(JsonWriter::QuoteKey(key + "_raw_s")) {}
+    std::string key, twin, name, separator, raw, rawTwin;
+};
+
+// A quantity with its decimal twin from 2^53 on.
+template <typename Out>
+QVS_INLINE void quantity(Out& json, std::string const& key, std::string const& twin, uint64_t value) {
+    json.QuotedKey(key);
+    json.Unsigned(value);
+    if (value >= JsonWriter::EXACT_DOUBLE_LIMIT) {
+        char digits[24];
+        const std::to_chars_result result = std::to_chars(digits, digits + sizeof digits, value);
+        json.QuotedKey(twin);
+        json.String(std::string_view(digits, static_cast<std::size_t>(result.ptr - digits)));
+    }
+}
+
+template <typename Out> QVS_INLINE void writeField(Out& json, Keys const& k, unsigned long long value, Key) {
     char digits[24];
     const std::to_chars_result result = std::to_chars(digits, digits + sizeof digits, value);
-    json.Member(key, std::string_view(digits, static_cast<std::size_t>(result.ptr - digits)));
+    json.QuotedKey(k.key);
+    json.String(std::string_view(digits, static_cast<std::size_t>(result.ptr - digits)));
 }
 
-void writeField(JsonWriter& json, char const* key, unsigned long long value, Id) {
+template <typename Out> QVS_INLINE void writeField(Out& json, Keys const& k, unsigned long long value, Id) {
     char digits[24] = {'0', 'x'};
     const std::to_chars_result result = std::to_chars(digits + 2, digits + sizeof digits, value, 16);
-    json.Member(key, std::string_view(digits, static_cast<std::size_t>(result.ptr - digits)));
+    json.QuotedKey(k.key);
+    json.String(std::string_view(digits, static_cast<std::size_t>(result.ptr - digits)));
 }
 
-void writeField(JsonWriter& json, char const* key, unsigned long long value, Quantity) {
-    json.Quantity(key, value);
+template <typename Out> QVS_INLINE void writeField(Out& json, Keys const& k, unsigned long long value, Quantity) {
+    quantity(json, k.key, k.twin, value);
 }
 
-void writeField(JsonWriter& json, char const* key, GUID_t const& value, Guid) {
+template <typename Out> QVS_INLINE void writeField(Out& json, Keys const& k, GUID_t const& value, Guid) {
     char text[QVS::GUID_TEXT_LENGTH + 1];
     QVS::LB_GUIDToString(&value, sizeof text, text);
-    json.Member(key, text);
+    json.QuotedKey(k.key);
+    json.String(text);
 }
 
-void writeField(JsonWriter& json, char const* key, std::string const& value, Text) {
-    json.Member(key, value);
+template <typename Out> QVS_INLINE void writeField(Out& json, Keys const& k, std::string const& value, Text) {
+    json.QuotedKey(k.key);
+    json.String(value);
 }
 
-void writeField(JsonWriter& json, char const* key, unsigned value, Severity) {
-    // Written once per message: the names are made once.
-    static const std::string quoted = JsonWriter::QuoteKey(key);
-    static const std::string quotedName = JsonWriter::QuoteKey(std::string(key) + "_name");
-    json.QuotedKey(quoted);
+template <typename Out> QVS_INLINE void writeField(Out& json, Keys const& k, unsigned value, Severity) {
+    json.QuotedKey(k.key);
     json.Unsigned(value);
-    json.QuotedKey(quotedName);
+    json.QuotedKey(k.name);
     if (value < sizeof SEVERITY_NAMES / sizeof SEVERITY_NAMES[0] && SEVERITY_NAMES[value])
         json.String(SEVERITY_NAMES[value]);
     else
         json.Null();
 }
 
-void writeField(JsonWriter& json, char const* key, unsigned value, NameType) {
-    json.Quantity(key, value);
-    json.Member(std::string(key) + "_name", nTypeName(value));
+template <typename Out> QVS_INLINE void writeField(Out& json, Keys const& k, unsigned value, NameType) {
+    quantity(json, k.key, k.twin, value);
+    json.QuotedKey(k.name);
+    json.String(nTypeName(value));
 }
 
-void writeField(JsonWriter& json, char const* key, unsigned value, NameSpace) {
-    json.Quantity(key, value);
-    json.Member(std::string(key) + "_separator", RebuildFile::NameSpaceSeparator(value));
+template <typename Out> QVS_INLINE void writeField(Out& json, Keys const& k, unsigned value, NameSpace) {
+    quantity(json, k.key, k.twin, value);
+    json.QuotedKey(k.separator);
+    json.String(RebuildFile::NameSpaceSeparator(value));
 }
 
-void writeField(JsonWriter& json, char const* key, unsigned value, Time) {
+template <typename Out> QVS_INLINE void writeField(Out& json, Keys const& k, unsigned value, Time) {
     const time_t when = static_cast<time_t>(value);
     struct tm parts;
     char text[32] = "";
     if (gmtime_r(&when, &parts) != nullptr)
         text[strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &parts)] = '\0';
-    json.Member(key, text);
-    json.Quantity(std::string(key) + "_raw", value);
+    json.QuotedKey(k.key);
+    json.String(text);
+    quantity(json, k.raw, k.rawTwin, value);
 }
 
-#define ITEM_JSON_FIELD(accessor, kind, name) writeField(json, name, item.accessor(), kind{});
+// Each expansion is a block of its own, so each field has its own names.
+#define ITEM_JSON_FIELD(accessor, kind, name)                                                   \
+    {                                                                                           \
+        static const Keys keys(name);                                                           \
+        writeField(json, keys, item.accessor(), kind{});                                        \
+    }
 
 } // namespace
 
-void RebuildJson::WriteActionItem(JsonWriter& json, ActionItem const& item) {
+namespace {
+// A message: one row, written in place (a log holds millions).
+void writeMessage(JsonWriter& writer, MessageItem const& item) {
+    JsonWriter::Row json(writer);
+    MESSAGE_ITEM_FIELDS(ITEM_JSON_FIELD)
+    json.End();
+}
+} // namespace
+
+void RebuildJson::WriteActionItem(JsonWriter& writer, ActionItem const& item) {
+    JsonWriter::Row json(writer);
     ACTION_ITEM_FIELDS(ITEM_JSON_FIELD)
+    json.End();
 }
 
 RebuildJsonPrinter::RebuildJsonPrinter(JsonWriter& writer) : json(writer) {}
@@ -105,9 +149,7 @@ void RebuildJsonPrinter::MessagesStart() {
 
 void RebuildJsonPrinter::Message(MessageItem const& item) {
     ++messages;
-    json.BeginObject(true);
-    MESSAGE_ITEM_FIELDS(ITEM_JSON_FIELD)
-    json.EndObject();
+    writeMessage(json, item);
 }
 
 void RebuildJsonPrinter::Stopped(unsigned walkStatus, unsigned long walkPosition,

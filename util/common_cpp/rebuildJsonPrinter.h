@@ -58,7 +58,8 @@ private:
 };
 
 namespace RebuildJson {
-// Writes one action item's members, from its table.
+// Writes one action item as a one-line object of the members its table
+// names.
 void WriteActionItem(QVS::JsonWriter& json, ActionItem const& item);
 } // namespace RebuildJson
 

@@ -250,9 +250,7 @@ void actionItems(JsonWriter& json, const std::string& text, unsigned long& count
             if (item.GetActionItem(itemText) != 0)
                 continue; // an item without its key is no action
             ++count;
-            json.BeginObject(true);
             RebuildJson::WriteActionItem(json, item);
-            json.EndObject();
         }
     }
     json.EndArray();

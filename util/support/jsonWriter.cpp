@@ -148,13 +148,13 @@ std::string JsonWriter::QuoteKey(std::string_view name) {
 }
 
 void JsonWriter::Escape(std::string_view text) {
-    const std::size_t size = text.size();
-    const unsigned char* const bytes = reinterpret_cast<const unsigned char*>(text.data());
-    // Most text is plain: it goes in whole.
-    if (plainPrefix(bytes, size) == size) {
-        Put(text.data(), size);
+    // Most text is plain: it is copied as it is scanned, and goes in whole.
+    char* const at = At(text.size());
+    if (PlainCopy(text, at) == text.size()) {
+        used += text.size();
         return;
     }
+    // Something to escape: the copy begun is left unused.
     std::string escaped;
     AppendEscaped(text, escaped);
     Put(escaped.data(), escaped.size());

@@ -9,6 +9,8 @@
 #ifndef UTIL_SUPPORT_TEXTSEARCH_H
 #define UTIL_SUPPORT_TEXTSEARCH_H
 
+#include "util/support/compiler.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -18,12 +20,6 @@
 #include <emmintrin.h>
 #endif
 
-#if defined(__GNUC__)
-#define QVS_ALWAYS_INLINE __attribute__((always_inline))
-#else
-#define QVS_ALWAYS_INLINE
-#endif
-#define QVS_INLINE inline QVS_ALWAYS_INLINE
 
 namespace QVS {
 
