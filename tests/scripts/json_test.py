@@ -208,6 +208,7 @@ def agree_rebuild(case, text, doc):
 
 
 documents = {}
+statuses = {}
 skipped_for_root = 0
 with tempfile.TemporaryDirectory() as scratch:
     wrapper = os.path.join(scratch, "logsift-json-for-logsift")
@@ -240,6 +241,7 @@ with tempfile.TemporaryDirectory() as scratch:
         if (status & 2) != (2 if "error" in doc else 0):
             fail(case, "exit status %d and error object %s disagree" % (status, "error" in doc))
         documents[case] = doc
+        statuses[case] = status
         text = text.decode("utf-8", errors="replace")
         if doc["kind"] == "verify_report":
             agree_verify(case, text, doc)
@@ -282,6 +284,40 @@ if "vbf_all_variable_lists" in documents:
         "unreadable_zid": [{"zid": "0x1f", "status": 20100, "source_setter": "zidRead"},
                            {"zid": "0x1", "status": -2147483648,
                             "source_setter": "0123456789abcdef0123456789abcdef"}],
+        "btz_not_in_nt": [{"parent_zid": "0x10", "child_zid": "0x11", "status": 3,
+                           "status_name": None, "source_setter": "nt.c"}],
+        "btz_not_in_pt": [{"zid": "0x20", "status": 0, "status_name": "zOK",
+                           "source_setter": "pt.c"}],
+        "duplicate_zids_b": [{"zid": "0x1f", "block": 255}],
+        "duplicate_zids_l": [{"zid": "0x30", "block": 1234567890123}],
+        "out_of_range_zids": [{"zid": "0x40"}],
+        "bt_bad_nt_files": [{"actual_zid": "0x1", "expected_zid": "0x22", "parent_zid": "0x333",
+                             "file_name": "report.txt"},
+                            {"actual_zid": "0x4", "expected_zid": "0x5",
+                             "parent_zid": "0x12345678901",
+                             "file_name": "a_file_name_that_is_longer_than_its_column.txt"},
+                            {"actual_zid": "0x7", "expected_zid": "0x8", "parent_zid": "0x9",
+                             "file_name": "R\u00e9sum\u00e9 \u2603.doc"}],
+        "missing_beast_parent_ents": [{"parent_zid": "0x50", "child_zid": "0x51", "status": -2,
+                                       "source_setter": "parent.c"}],
+        "ntz_not_in_bt": [{"zid": "0x10", "parent_zid": "0x5", "name_type": 1,
+                           "name_type_name": "Stream", "name_space_mask": 0x1f,
+                           "file_name": "f\u00e9", "status": -1, "status_name": "zFAILURE",
+                           "source_setter": "nt.c"},
+                          {"zid": "0x11", "name_type": 7, "name_type_name": "???",
+                           "name_space_mask": 0, "file_name": "x", "status": 0},
+                          {"zid": "0x12", "name_type": 0, "name_type_name": "File",
+                           "name_space_mask": 0xffff},
+                          {"zid": "0x13", "name_type": 2, "name_type_name": "Extend",
+                           "name_space_mask": 0x12345, "file_name": ""},
+                          {"zid": "0x14", "name_type": 3, "name_type_name": "Delete",
+                           "status": 123456789, "status_name": None}],
+        "stz_not_in_bt": [{"zid": "0x60", "status": 1, "source_setter": "st1"}],
+        "stz_not_in_nt": [{"zid": "0x61", "status": 2, "source_setter": "st2"}],
+        "stpz_not_in_bt": [{"zid": "0x62", "status": 3, "source_setter": "st3"}],
+        "stpz_not_in_nt": [{"zid": "0x63", "status": 4, "source_setter": "st4"}],
+        "unacc_blks": [{"start_block": 255, "end_block": 0x10},
+                       {"start_block": 0x123456789, "end_block": 0x1fff}],
     }
     for kind, expected_rows in rows.items():
         lst = problem_list(c, kind)
@@ -321,23 +357,35 @@ if "vbf_pool_plain" in documents:
         "encryption_algorithm": 256, "encryption_algorithm_name": "AES128",
         "next_available_id": "0x4b1", "block_quota": 2251799813685247})
 
+if "vbf_actions_with_a" in documents:
+    c = "vbf_actions_with_a"
+    actions = section(c, "actions")
+    expect(c, "action count", actions["count"], 2)
+    expected_rows = [
+        {"key": "1", "start_seconds": 100, "end_seconds": 99, "start": 0x10, "end": 0x2000,
+         "is_pool": 0, "object": "VOL1", "sub_object": "objtree",
+         "action": "Verify object tree"},
+        {"key": "12345", "start_seconds": 1000, "end_seconds": 1060, "start": 0,
+         "end": 0xfff, "is_pool": 1, "object": "POOL1", "sub_object": "",
+         "action": "Cross-link pass"}]
+    expect(c, "action rows", len(actions["rows"]), 2)
+    for i, expected in enumerate(expected_rows[:len(actions["rows"])]):
+        expect_fields(c, "action row %d" % i, actions["rows"][i], expected)
+
 if "vbf_conflicts_and_skipped" in documents:
     c = "vbf_conflicts_and_skipped"
     conflicts = section(c, "conflicts")
+    expect(c, "conflict rows", conflicts["rows"], [
+        {"block": 0x10, "object_1": "0x2a", "volume_1": "0x3", "object_2": "0x2b",
+         "volume_2": "0x4"},
+        {"block": 0x123456789, "object_1": "0xffffffffffffffff", "volume_1": "0x123456789",
+         "object_2": "0x0", "volume_2": "0x0"}])
     skipped = section(c, "skipped_volumes")
-    expect(c, "conflict rows", conflicts["count"], len(conflicts["rows"]))
-    expect(c, "skipped rows", skipped["count"], len(skipped["rows"]))
-    if conflicts["rows"]:
-        expect(c, "conflict object", conflicts["rows"][0]["object_1"][:2], "0x")
-
-for c in ("vbf_actions_with_a",):
-    if c in documents:
-        actions = section(c, "actions")
-        expect(c, "action rows", actions["count"], len(actions["rows"]))
-        for row in actions["rows"]:
-            for key in ("key", "start_seconds", "end_seconds", "object", "sub_object", "action"):
-                if key not in row:
-                    fail(c, "action row lacks %s" % key)
+    expect(c, "skipped rows", skipped["rows"], [
+        {"volume_name": "VOL_A", "status": 20801, "status_name": "zERR_VOLUME_NOT_FOUND",
+         "source_setter": "lvScan.c"},
+        {"volume_name": "Volume \u00e9t\u00e9 2026", "status": -1, "status_name": "zFAILURE",
+         "source_setter": "0123456789abcdef0123456789abcdef"}])
 
 if "vbf_volume_plain" in documents:
     c = "vbf_volume_plain"
@@ -346,6 +394,36 @@ if "vbf_volume_plain" in documents:
                 "volume_id", "locator", "vdb", "bt", "nt", "ubt", "dbt", "mfl", "efl", "pl", "bti"):
         if key not in volume:
             fail(c, "volume lacks %s" % key)
+    expect_fields(c, "volume", volume, {
+        "volume_name": "Donn\u00e9es \u65e5\u672c", "locator": "0x1a2b",
+        "volume_id": "4a5b6c7d-1e2f-3a4b-85-c6-d7e8f9a0b1c2",
+        "errors": 0x100000000, "errors_names": ["BT entry missing in BTI."],
+        "warnings": 0x10000000000, "deleted": 0, "deletion_time_raw": 0})
+    expect_fields(c, "volume.bt", volume["bt"], {
+        "objects_requiring_no_names": 3, "system_objects": 30, "file_objects": 1000,
+        "directory_objects": 170, "data_stream_objects": 4, "greatest_object_id": "0x4b0",
+        "named_objects": 1190, "salvageable_blocks": 77, "bti_entries": 1234,
+        "lost_data_blocks": 9, "files_with_lost_data": 2, "duplicate_ids_a": 1,
+        "duplicate_ids_b": 2, "id_range_errors_a": 3, "id_range_errors_b": 4,
+        "missing_name_entries": 5, "extra_name_entries": 6, "sys_objects_name_entries": 7,
+        "missing_salvage_entries": 10, "unreadable_objects": 11, "missing_parents_in_nt": 12,
+        "orphaned_objects": 13, "missing_bti_entries": 14, "salvageable_objects": 16})
+    expect_fields(c, "volume.bt.object_tree", volume["bt"]["object_tree"],
+                  {"level_maximum": 3})
+    expect_fields(c, "volume.bt.object_tree.leaves", volume["bt"]["object_tree"]["leaves"],
+                  {"objects": 4294967295})
+    expect_fields(c, "volume.vdb", volume["vdb"], {
+        "encryption_algorithm": 259, "encryption_algorithm_name": "AES256",
+        "next_available_id": "0x4b1", "number_of_files": 1001, "number_of_objects": 1234,
+        "purgeable_blocks": 88, "blocks_in_use": 40960, "block_quota": 0})
+    expect_fields(c, "volume.bti", volume["bti"], {"invalid_bti_entries": 15})
+    expect_fields(c, "volume.nt", volume["nt"], {
+        "file_names": 1020, "directory_names": 175, "overflow_nodes_a": 2,
+        "overflow_nodes_b": 5, "objects_with_duplicate_names": 6, "total_duplicate_names": 12,
+        "name_entries_without_objects": 8})
+    expect_fields(c, "volume.nt.name_tree", volume["nt"]["name_tree"], {"level_maximum": 4})
+    expect_fields(c, "volume.nt.name_tree.leaves", volume["nt"]["name_tree"]["leaves"],
+                  {"objects": 1195})
 
 if "rtf_messages_every_severity" in documents:
     c = "rtf_messages_every_severity"
@@ -376,6 +454,54 @@ if "rtf_sample_lookups" in documents:
         "reason": 3, "reason_name": "Corrupt Beast"})
     expect_fields(c, "first lookup", first["lookup"], {"outcome": "found", "status": 0,
                                                        "volume_name": "VOL1"})
+
+# Damaged files: what was read, then the error; the offsets counted from the
+# descriptions (a 4-byte CRC, 96-byte section headers, an overall section of
+# 646 bytes of payload: the pool or action section begins at 746).
+if "vbf_bad_magic" in documents:
+    c = "vbf_bad_magic"
+    doc = documents[c]
+    expect(c, "exit status", statuses[c], 2)
+    expect(c, "sections read", [s["section"] for s in doc["sections"]], ["status_summary"])
+    expect_fields(c, "error", doc["error"], {"status": 21756, "offset": 746 + 96})
+    expect(c, "outcome", doc["outcome"]["status"], 21756)
+
+if "vbf_action_records_truncated" in documents:
+    c = "vbf_action_records_truncated"
+    doc = documents[c]
+    expect(c, "exit status", statuses[c], 2)
+    expect_fields(c, "error", doc["error"], {"status": 20100, "offset": 746 + 96 + 4,
+                                             "message": "the file ends inside a section"})
+    expect_fields(c, "crc", doc["crc"], {"matches": False})
+
+if "vbf_wrong_crc" in documents:
+    c = "vbf_wrong_crc"
+    doc = documents[c]
+    # Read whole all the same: the check is reported, as the text prints the report.
+    expect(c, "exit status", statuses[c], 0)
+    expect(c, "error", doc.get("error"), None)
+    expect_fields(c, "crc", doc["crc"], {"matches": False})
+    expect(c, "crc differs", doc["crc"]["stored"] != doc["crc"]["computed"], True)
+
+if "rtf_no_root" in documents:
+    c = "rtf_no_root"
+    doc = documents[c]
+    expect(c, "exit status", statuses[c], 2)
+    expect_fields(c, "error", doc["error"], {"status": 20163,
+                                             "status_name": "zERR_XML_TAG_NOT_FOUND",
+                                             "offset": None})
+    expect(c, "totals", doc["totals"], {"messages": 0, "tod_items": 0, "ignored_tod_items": 0,
+                                        "action_items": 0})
+
+if "rtf_messages_every_severity" in documents:
+    c = "rtf_messages_every_severity"
+    expect(c, "messages", documents[c]["messages"], [
+        {"key": "1", "severity": 1, "severity_name": "warning", "text": "a warning"},
+        {"key": "2", "severity": 2, "severity_name": "info", "text": "an info"},
+        {"key": "3", "severity": 3, "severity_name": "error", "text": "an error"},
+        {"key": "4", "severity": 4, "severity_name": "fatal", "text": "a fatal one"},
+        {"key": "5", "severity": 5, "severity_name": "action_required",
+         "text": "an action required"}])
 
 if "rtf_unterminated_tod" in documents:
     c = "rtf_unterminated_tod"

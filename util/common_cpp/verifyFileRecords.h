@@ -423,8 +423,11 @@ struct RAV_Action_s {
     char subObject[VerifyFormat::NARROW_TEXT_SIZE];
     char action[VerifyFormat::ACTION_TEXT_SIZE];
 };
+// The report gives an action's start and end as counts of seconds, with no
+// epoch stated (only their difference is shown as text): numbers, not times.
 #define VF_FIELDS_RAV_Action_s(F) \
-    F(key, Key) F(startSeconds, Time) F(endSeconds, Time) F(start, Quantity) F(end, Quantity) \
+    F(key, Key) F(startSeconds, Quantity) F(endSeconds, Quantity) F(start, Quantity) \
+    F(end, Quantity) \
     F(isPool, Quantity) F(object, Wide<VerifyFormat::ACTION_OBJECT_UNITS>) \
     F(subObject, Narrow<VerifyFormat::NARROW_TEXT_SIZE>) \
     F(action, Narrow<VerifyFormat::ACTION_TEXT_SIZE>)
