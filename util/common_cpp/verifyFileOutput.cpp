@@ -254,12 +254,22 @@ private:
     }
     void Spill() {
         if (used > 0)
-            os.write(line, static_cast<std::streamsize>(used));
+            Write(line, used);
         used = 0;
+    }
+    // What ostream::write does, without its sentry: a row is one call, and
+    // the sentry's checks cost as much as the copy. A stream already failed
+    // takes nothing, as with write.
+    void Write(const char* bytes, size_t n) {
+        if (!os.good())
+            return;
+        const std::streamsize count = static_cast<std::streamsize>(n);
+        if (os.rdbuf()->sputn(bytes, count) != count)
+            os.setstate(std::ios_base::badbit);
     }
     void Put(const char* bytes, size_t n) {
         if (!Room(n)) {
-            os.write(bytes, static_cast<std::streamsize>(n));
+            Write(bytes, n);
             return;
         }
         std::memcpy(line + used, bytes, n);
@@ -268,6 +278,13 @@ private:
     Line& Fill(char c, size_t n) {
         if (bad)
             return *this;
+        // Most padding is a few blanks: one fixed-size copy, no call.
+        static const char BLANKS[33] = "                                ";
+        if (c == ' ' && n <= 32 && CAPACITY - used >= 32) {
+            std::memcpy(line + used, BLANKS, 32);
+            used += n;
+            return *this;
+        }
         while (n > 0) {
             Room(1);
             const size_t part = std::min(n, CAPACITY - used);
