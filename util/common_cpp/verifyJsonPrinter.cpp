@@ -148,7 +148,8 @@ struct FieldKeys {
 };
 
 // A quantity with its decimal twin from 2^53 on.
-void quantity(JsonWriter& json, std::string const& key, std::string const& twin, uint64_t value) {
+template <typename Out>
+QVS_INLINE void quantity(Out& json, std::string const& key, std::string const& twin, uint64_t value) {
     json.QuotedKey(key);
     json.Unsigned(value);
     if (value >= JsonWriter::EXACT_DOUBLE_LIMIT) {
@@ -159,8 +160,9 @@ void quantity(JsonWriter& json, std::string const& key, std::string const& twin,
     }
 }
 
-void statusMember(JsonWriter& json, std::string const& key, std::string const& nameKey,
-                  long status) {
+template <typename Out>
+QVS_INLINE void statusMember(Out& json, std::string const& key, std::string const& nameKey,
+                             long status) {
     json.QuotedKey(key);
     json.Signed(status);
     json.QuotedKey(nameKey);
@@ -195,23 +197,19 @@ VF_JSON_DECLARE(BTIStats_s)
 VF_JSON_DECLARE(ZVP_Status_s)
 VF_JSON_DECLARE(ZVP_LVStats_s)
 VF_JSON_DECLARE(ZVP_PoolStats_s)
-VF_JSON_DECLARE(RAV_Action_s)
-VF_JSON_DECLARE(BlockConflicts_s)
-VF_JSON_DECLARE(LVSkipped_s)
-VF_VARIABLE_RECORDS(VF_JSON_DECLARE)
 #undef VF_JSON_DECLARE
 
-template <typename T> void writeField(JsonWriter& json, FieldKeys const& k, T value, Quantity) {
+template <typename Out, typename T> QVS_INLINE void writeField(Out& json, FieldKeys const& k, T value, Quantity) {
     static_assert(std::is_unsigned<T>::value, "a quantity is unsigned");
     quantity(json, k.key, k.twin, value);
 }
 
-template <typename T> void writeField(JsonWriter& json, FieldKeys const& k, T value, Signed) {
+template <typename Out, typename T> QVS_INLINE void writeField(Out& json, FieldKeys const& k, T value, Signed) {
     json.QuotedKey(k.key);
     json.Signed(value);
 }
 
-template <typename T> void writeField(JsonWriter& json, FieldKeys const& k, T value, Id) {
+template <typename Out, typename T> QVS_INLINE void writeField(Out& json, FieldKeys const& k, T value, Id) {
     char digits[24] = {'0', 'x'};
     const std::to_chars_result result = std::to_chars(digits + 2, digits + sizeof digits,
                                                       static_cast<uint64_t>(value), 16);
@@ -219,7 +217,7 @@ template <typename T> void writeField(JsonWriter& json, FieldKeys const& k, T va
     json.String(std::string_view(digits, static_cast<std::size_t>(result.ptr - digits)));
 }
 
-template <typename T> void writeField(JsonWriter& json, FieldKeys const& k, T value, Key) {
+template <typename Out, typename T> QVS_INLINE void writeField(Out& json, FieldKeys const& k, T value, Key) {
     char digits[24];
     const std::to_chars_result result =
         std::to_chars(digits, digits + sizeof digits, static_cast<uint64_t>(value));
@@ -227,17 +225,17 @@ template <typename T> void writeField(JsonWriter& json, FieldKeys const& k, T va
     json.String(std::string_view(digits, static_cast<std::size_t>(result.ptr - digits)));
 }
 
-template <typename T> void writeField(JsonWriter& json, FieldKeys const& k, T value, Status) {
+template <typename Out, typename T> QVS_INLINE void writeField(Out& json, FieldKeys const& k, T value, Status) {
     statusMember(json, k.key, k.name, value);
 }
 
-template <typename T> void writeField(JsonWriter& json, FieldKeys const& k, T value, Time) {
+template <typename Out, typename T> QVS_INLINE void writeField(Out& json, FieldKeys const& k, T value, Time) {
     json.QuotedKey(k.key);
     json.String(isoTime(value));
     quantity(json, k.raw, k.rawTwin, value);
 }
 
-void writeField(JsonWriter& json, FieldKeys const& k, GUID_t value, Guid) {
+template <typename Out> void writeField(Out& json, FieldKeys const& k, GUID_t value, Guid) {
     char text[QVS::GUID_TEXT_LENGTH + 1];
     QVS::LB_GUIDToString(&value, sizeof text, text);
     json.QuotedKey(k.key);
@@ -256,21 +254,21 @@ void writeWord(JsonWriter& json, FieldKeys const& k, uint64_t word, Names names)
     json.EndArray();
 }
 
-void writeField(JsonWriter& json, FieldKeys const& k, uint64_t value, ErrorWord) {
+template <typename Out> void writeField(Out& json, FieldKeys const& k, uint64_t value, ErrorWord) {
     writeWord(json, k, value, ErrorTypeText);
 }
 
-void writeField(JsonWriter& json, FieldKeys const& k, uint64_t value, WarningWord) {
+template <typename Out> void writeField(Out& json, FieldKeys const& k, uint64_t value, WarningWord) {
     writeWord(json, k, value, WarningTypeText);
 }
 
-template <typename T> void writeField(JsonWriter& json, FieldKeys const& k, T value, NameType) {
+template <typename Out, typename T> QVS_INLINE void writeField(Out& json, FieldKeys const& k, T value, NameType) {
     quantity(json, k.key, k.twin, value);
     json.QuotedKey(k.name);
     json.String(nTypeName(value));
 }
 
-void writeField(JsonWriter& json, FieldKeys const& k, uint64_t value, Encryption) {
+template <typename Out> void writeField(Out& json, FieldKeys const& k, uint64_t value, Encryption) {
     quantity(json, k.key, k.twin, value);
     json.QuotedKey(k.name);
     if (value == VerifyFormat::ENCRYPTION_AES128)
@@ -281,14 +279,14 @@ void writeField(JsonWriter& json, FieldKeys const& k, uint64_t value, Encryption
         json.Null();
 }
 
-template <typename T> void writeField(JsonWriter& json, FieldKeys const& k, T const& value, Nested) {
+template <typename Out, typename T> QVS_INLINE void writeField(Out& json, FieldKeys const& k, T const& value, Nested) {
     json.QuotedKey(k.key);
     json.BeginObject();
     writeFields(json, value);
     json.EndObject();
 }
 
-void writeField(JsonWriter& json, FieldKeys const& k, LevelInformation_s const* levels, Levels) {
+template <typename Out> void writeField(Out& json, FieldKeys const& k, LevelInformation_s const* levels, Levels) {
     json.QuotedKey(k.key);
     json.BeginArray();
     for (unsigned level = 0; level < VerifyFormat::HISTOGRAM_LEVELS; ++level) {
@@ -299,19 +297,19 @@ void writeField(JsonWriter& json, FieldKeys const& k, LevelInformation_s const* 
     json.EndArray();
 }
 
-template <unsigned Units>
-void writeField(JsonWriter& json, FieldKeys const& k, unsigned char const* field, Wide<Units>) {
+template <typename Out, unsigned Units>
+QVS_INLINE void writeField(Out& json, FieldKeys const& k, unsigned char const* field, Wide<Units>) {
     json.QuotedKey(k.key);
     json.String(VerifyJson::WideName(field, Units));
 }
 
-template <unsigned Size>
-void writeField(JsonWriter& json, FieldKeys const& k, char const* field, Narrow<Size>) {
+template <typename Out, unsigned Size>
+QVS_INLINE void writeField(Out& json, FieldKeys const& k, char const* field, Narrow<Size>) {
     json.QuotedKey(k.key);
     json.String(std::string_view(field, strnlen(field, Size)));
 }
 
-template <typename T> void writeField(JsonWriter&, FieldKeys const&, T, Reserved) {}
+template <typename Out, typename T> void writeField(Out&, FieldKeys const&, T, Reserved) {}
 
 // Each field of a record by its table; each member name is made once.
 #define VF_JSON_FIELD(field, kind)                                                              \
@@ -335,22 +333,27 @@ VF_JSON_DEFINE(BTIStats_s)
 VF_JSON_DEFINE(ZVP_Status_s)
 VF_JSON_DEFINE(ZVP_LVStats_s)
 VF_JSON_DEFINE(ZVP_PoolStats_s)
-VF_JSON_DEFINE(RAV_Action_s)
-VF_JSON_DEFINE(BlockConflicts_s)
-VF_JSON_DEFINE(LVSkipped_s)
-VF_VARIABLE_RECORDS(VF_JSON_DEFINE)
 #undef VF_JSON_DEFINE
+
+// A row of a list: one line, written in place (a list may hold millions).
+#define VF_JSON_ROW(Record)                                                                     \
+    void writeRow(JsonWriter& writer, Record const& r) {                                        \
+        JsonWriter::Row json(writer);                                                           \
+        VF_FIELDS_##Record(VF_JSON_FIELD) json.End();                                           \
+    }
+VF_JSON_ROW(RAV_Action_s)
+VF_JSON_ROW(BlockConflicts_s)
+VF_JSON_ROW(LVSkipped_s)
+VF_VARIABLE_RECORDS(VF_JSON_ROW)
+#undef VF_JSON_ROW
 #undef VF_JSON_FIELD
 
 template <typename List> void writeList(JsonWriter& json, List const& list) {
     json.Quantity("count", list.count);
     json.Key("rows");
     json.BeginArray();
-    for (auto const& record : list.records) {
-        json.BeginObject(true);
-        writeFields(json, record);
-        json.EndObject();
-    }
+    for (auto const& record : list.records)
+        writeRow(json, record);
     json.EndArray();
 }
 
@@ -432,9 +435,7 @@ void VerifyJsonPrinter::BeginList(char const* kind, char const* title, uint32_t 
     }                                                                                           \
     void VerifyJsonPrinter::ListRow(Record const& row) {                                        \
         ++listRows;                                                                             \
-        json.BeginObject(true);                                                                 \
-        writeFields(json, row);                                                                 \
-        json.EndObject();                                                                       \
+        writeRow(json, row);                                                                    \
     }
 VF_VARIABLE_RECORDS(VF_JSON_LIST_METHODS)
 #undef VF_JSON_LIST_METHODS
