@@ -118,16 +118,7 @@ size_kb=$(( $(stat -c %s messages.xml) / 1024 ))
 sync # no writeback of the new file during the runs
 cat messages.xml >/dev/null # page cache warm for both
 
-# timed "command": seconds the command took, run by this shell itself (no
-# shell start counted), its output redirected in the command.
-timed() {
-    local s e
-    s=$EPOCHREALTIME
-    eval "$1"
-    e=$EPOCHREALTIME
-    awk -v s="$s" -v e="$e" 'BEGIN { printf "%.4f", e - s }'
-}
-median() { sort -n | awk '{ v[NR] = $1 } END { print (NR % 2 ? v[(NR + 1) / 2] : (v[NR / 2] + v[NR / 2 + 1]) / 2) }'; }
+. "$here/common.sh"
 
 : >rounds.txt
 for i in $(seq "$message_runs"); do

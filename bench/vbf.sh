@@ -131,16 +131,7 @@ json_bytes=$(stat -c %s "$work/out100.json")
 json_peak_kib=$(awk -F': ' '/Maximum resident set size/ { print $2 }' "$work/time.txt")
 sync
 
-# timed "command": seconds the command took, run by this shell itself (no
-# shell start counted), its output redirected in the command.
-timed() {
-    local s e
-    s=$EPOCHREALTIME
-    eval "$1"
-    e=$EPOCHREALTIME
-    awk -v s="$s" -v e="$e" 'BEGIN { printf "%.4f", e - s }'
-}
-median() { sort -n | awk '{ v[NR] = $1 } END { print (NR % 2 ? v[(NR + 1) / 2] : (v[NR / 2] + v[NR / 2 + 1]) / 2) }'; }
+. "$here/common.sh"
 
 : >"$work/rounds.txt"
 for ((i = 0; i < rounds; i++)); do

@@ -4,6 +4,7 @@
 # checks its files, that the tool runs from there, and, for a hardened build,
 # that the binary has Debian's usual hardening.
 set -u
+here=$(cd "$(dirname "$0")" && pwd)
 build=$1 hardened=${2:-OFF}
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -19,17 +20,9 @@ if grep -E '^[EW]: ' "$work/lintian.log"; then
 fi
 
 dpkg-deb -x "$deb" "$work/root" || exit 1
-files=$(cd "$work/root" && find . -type f | sort)
-expected="./usr/bin/logsift
-./usr/bin/logsift-json
-./usr/share/bash-completion/completions/logsift
-./usr/share/bash-completion/completions/logsift-json
-./usr/share/doc/logsift/changelog.Debian.gz
-./usr/share/doc/logsift/copyright
-./usr/share/doc/logsift/logsift-json.schema.json
-./usr/share/lintian/overrides/logsift
-./usr/share/man/man1/logsift-json.1.gz
-./usr/share/man/man1/logsift.1.gz"
+files=$(cd "$work/root" && find . -type f | LC_ALL=C sort)
+# What make install puts there, and lintian's overrides.
+expected=$( (cat "$here/installed_files.txt"; echo ./usr/share/lintian/overrides/logsift) | LC_ALL=C sort)
 if [ "$files" != "$expected" ]; then
     echo "package files differ:"; diff <(echo "$expected") <(echo "$files"); fail=1
 fi

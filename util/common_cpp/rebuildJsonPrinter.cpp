@@ -18,38 +18,8 @@ using namespace ItemFields;
 const char* const SEVERITY_NAMES[] = {nullptr, "warning", "info", "error", "fatal",
                                       "action_required"};
 
-void statusMember(JsonWriter& json, char const* key, long status) {
-    json.MemberSigned(key, status);
-    json.Key(std::string(key) + "_name");
-    if (char const* name = VerifyJson::StatusName(status))
-        json.String(name);
-    else
-        json.Null();
-}
 
-// The names of one field's members, quoted once: the fields of the items are
-// written once per item, and a log holds millions of items.
-struct Keys {
-    explicit Keys(std::string const& key)
-        : key(JsonWriter::QuoteKey(key)), twin(JsonWriter::QuoteKey(key + "_s")),
-          name(JsonWriter::QuoteKey(key + "_name")),
-          separator(JsonWriter::QuoteKey(key + "_separator")),
-          raw(JsonWriter::QuoteKey(key + "_raw")), rawTwin(JsonWriter::QuoteKey(key + "_raw_s")) {}
-    std::string key, twin, name, separator, raw, rawTwin;
-};
-
-// A quantity with its decimal twin from 2^53 on.
-template <typename Out>
-QVS_INLINE void quantity(Out& json, std::string const& key, std::string const& twin, uint64_t value) {
-    json.QuotedKey(key);
-    json.Unsigned(value);
-    if (value >= JsonWriter::EXACT_DOUBLE_LIMIT) {
-        char digits[24];
-        const std::to_chars_result result = std::to_chars(digits, digits + sizeof digits, value);
-        json.QuotedKey(twin);
-        json.String(std::string_view(digits, static_cast<std::size_t>(result.ptr - digits)));
-    }
-}
+using Keys = VerifyJson::MemberKeys;
 
 template <typename Out> QVS_INLINE void writeField(Out& json, Keys const& k, unsigned long long value, Key) {
     char digits[24];
@@ -66,7 +36,7 @@ template <typename Out> QVS_INLINE void writeField(Out& json, Keys const& k, uns
 }
 
 template <typename Out> QVS_INLINE void writeField(Out& json, Keys const& k, unsigned long long value, Quantity) {
-    quantity(json, k.key, k.twin, value);
+    VerifyJson::Quantity(json, k.key, k.twin, value);
 }
 
 template <typename Out> QVS_INLINE void writeField(Out& json, Keys const& k, GUID_t const& value, Guid) {
@@ -92,13 +62,13 @@ template <typename Out> QVS_INLINE void writeField(Out& json, Keys const& k, uns
 }
 
 template <typename Out> QVS_INLINE void writeField(Out& json, Keys const& k, unsigned value, NameType) {
-    quantity(json, k.key, k.twin, value);
+    VerifyJson::Quantity(json, k.key, k.twin, value);
     json.QuotedKey(k.name);
     json.String(nTypeName(value));
 }
 
 template <typename Out> QVS_INLINE void writeField(Out& json, Keys const& k, unsigned value, NameSpace) {
-    quantity(json, k.key, k.twin, value);
+    VerifyJson::Quantity(json, k.key, k.twin, value);
     json.QuotedKey(k.separator);
     json.String(RebuildFile::NameSpaceSeparator(value));
 }
@@ -111,7 +81,7 @@ template <typename Out> QVS_INLINE void writeField(Out& json, Keys const& k, uns
         text[strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &parts)] = '\0';
     json.QuotedKey(k.key);
     json.String(text);
-    quantity(json, k.raw, k.rawTwin, value);
+    VerifyJson::Quantity(json, k.raw, k.rawTwin, value);
 }
 
 // Each expansion is a block of its own, so each field has its own names.
@@ -168,7 +138,7 @@ void RebuildJsonPrinter::MessagesEnd(unsigned long found, unsigned walkStatus,
     json.Key("message_walk");
     json.BeginObject(true);
     json.Quantity("count", found);
-    statusMember(json, "status", walkStatus);
+    VerifyJson::StatusMember(json, "status", walkStatus);
     json.EndObject();
     Stopped(walkStatus, walkPosition, "the message walk stopped at a damaged item");
 }
@@ -206,7 +176,7 @@ void RebuildJsonPrinter::WriteTODItem(TODItem const& item, bool isIgnored,
             outcome = "failed";
         json.Member("outcome", outcome);
         json.MemberSigned("code", lookup->code);
-        statusMember(json, "status", lookup->detail);
+        VerifyJson::StatusMember(json, "status", lookup->detail);
         json.Member("retried_as_name_type_0", lookup->retried);
         if (lookup->code == 0 && lookup->detail == 0) {
             json.Member("volume_name", lookup->volumeName);
@@ -235,6 +205,17 @@ void RebuildJsonPrinter::ChannelFailure(char const* reason) {
 
 void RebuildJsonPrinter::TODItemsEnd(unsigned long found, unsigned long ignoredItems,
                                      unsigned walkStatus, unsigned long walkPosition) {
+    EndTODItems(found, ignoredItems, true, walkStatus);
+    Stopped(walkStatus, walkPosition, "the TOD walk stopped at a damaged item");
+}
+
+void RebuildJsonPrinter::Close() {
+    if (!todEnded)
+        EndTODItems(todItems, ignored, false, status);
+}
+
+void RebuildJsonPrinter::EndTODItems(unsigned long found, unsigned long ignoredItems,
+                                     bool complete, long walkStatus) {
     if (!todOpen) {
         json.Key("tod_items");
         json.BeginArray();
@@ -246,27 +227,7 @@ void RebuildJsonPrinter::TODItemsEnd(unsigned long found, unsigned long ignoredI
     json.BeginObject(true);
     json.Quantity("count", found);
     json.Quantity("ignored", ignoredItems);
-    json.Member("complete", true);
-    statusMember(json, "status", walkStatus);
-    json.EndObject();
-    Stopped(walkStatus, walkPosition, "the TOD walk stopped at a damaged item");
-}
-
-void RebuildJsonPrinter::Close() {
-    if (todEnded)
-        return;
-    if (!todOpen) {
-        json.Key("tod_items");
-        json.BeginArray();
-    }
-    json.EndArray();
-    todOpen = false;
-    todEnded = true;
-    json.Key("tod_walk");
-    json.BeginObject(true);
-    json.Quantity("count", todItems);
-    json.Quantity("ignored", ignored);
-    json.Member("complete", false);
-    statusMember(json, "status", status);
+    json.Member("complete", complete);
+    VerifyJson::StatusMember(json, "status", walkStatus);
     json.EndObject();
 }

@@ -43,6 +43,9 @@ public:
 
 private:
     void WriteTODItem(TODItem const& item, bool isIgnored, NameLookup_s const* lookup);
+    // Closes the TOD item list and writes its walk's counts and status.
+    void EndTODItems(unsigned long found, unsigned long ignoredItems, bool complete,
+                     long walkStatus);
     void Stopped(unsigned walkStatus, unsigned long walkPosition, char const* what);
 
     QVS::JsonWriter& json;

@@ -134,52 +134,7 @@ std::string isoTime(uint64_t seconds) {
     return std::string(text, length);
 }
 
-// A field's member names, made once per field: its own and those written
-// beside it (the decimal twin, the name, the raw time, the names of bits).
-// They are kept as JsonWriter::QuoteKey makes them.
-struct FieldKeys {
-    explicit FieldKeys(char const* fieldName) : FieldKeys(VerifyJson::SnakeCase(fieldName), 0) {}
-    FieldKeys(std::string const& key, int)
-        : key(JsonWriter::QuoteKey(key)), twin(JsonWriter::QuoteKey(key + "_s")),
-          name(JsonWriter::QuoteKey(key + "_name")), raw(JsonWriter::QuoteKey(key + "_raw")),
-          rawTwin(JsonWriter::QuoteKey(key + "_raw_s")),
-          names(JsonWriter::QuoteKey(key + "_names")) {}
-    std::string key, twin, name, raw, rawTwin, names;
-};
-
-// A quantity with its decimal twin from 2^53 on.
-template <typename Out>
-QVS_INLINE void quantity(Out& json, std::string const& key, std::string const& twin, uint64_t value) {
-    json.QuotedKey(key);
-    json.Unsigned(value);
-    if (value >= JsonWriter::EXACT_DOUBLE_LIMIT) {
-        char digits[24];
-        const std::to_chars_result result = std::to_chars(digits, digits + sizeof digits, value);
-        json.QuotedKey(twin);
-        json.String(std::string_view(digits, static_cast<std::size_t>(result.ptr - digits)));
-    }
-}
-
-template <typename Out>
-QVS_INLINE void statusMember(Out& json, std::string const& key, std::string const& nameKey,
-                             long status) {
-    json.QuotedKey(key);
-    json.Signed(status);
-    json.QuotedKey(nameKey);
-    if (char const* name = VerifyJson::StatusName(status))
-        json.String(name);
-    else
-        json.Null();
-}
-
-void statusMember(JsonWriter& json, std::string const& key, long status) {
-    json.MemberSigned(key, status);
-    json.Key(key + "_name");
-    if (char const* name = VerifyJson::StatusName(status))
-        json.String(name);
-    else
-        json.Null();
-}
+using FieldKeys = VerifyJson::MemberKeys;
 
 // The field writers, one per kind of VerifyFields.
 #define VF_JSON_DECLARE(Record) void writeFields(JsonWriter& json, Record const& r);
@@ -201,7 +156,7 @@ VF_JSON_DECLARE(ZVP_PoolStats_s)
 
 template <typename Out, typename T> QVS_INLINE void writeField(Out& json, FieldKeys const& k, T value, Quantity) {
     static_assert(std::is_unsigned<T>::value, "a quantity is unsigned");
-    quantity(json, k.key, k.twin, value);
+    VerifyJson::Quantity(json, k.key, k.twin, value);
 }
 
 template <typename Out, typename T> QVS_INLINE void writeField(Out& json, FieldKeys const& k, T value, Signed) {
@@ -226,13 +181,13 @@ template <typename Out, typename T> QVS_INLINE void writeField(Out& json, FieldK
 }
 
 template <typename Out, typename T> QVS_INLINE void writeField(Out& json, FieldKeys const& k, T value, Status) {
-    statusMember(json, k.key, k.name, value);
+    VerifyJson::StatusMember(json, k, value);
 }
 
 template <typename Out, typename T> QVS_INLINE void writeField(Out& json, FieldKeys const& k, T value, Time) {
     json.QuotedKey(k.key);
     json.String(isoTime(value));
-    quantity(json, k.raw, k.rawTwin, value);
+    VerifyJson::Quantity(json, k.raw, k.rawTwin, value);
 }
 
 template <typename Out> void writeField(Out& json, FieldKeys const& k, GUID_t value, Guid) {
@@ -244,7 +199,7 @@ template <typename Out> void writeField(Out& json, FieldKeys const& k, GUID_t va
 
 template <typename Names>
 void writeWord(JsonWriter& json, FieldKeys const& k, uint64_t word, Names names) {
-    quantity(json, k.key, k.twin, word);
+    VerifyJson::Quantity(json, k.key, k.twin, word);
     json.QuotedKey(k.names);
     json.BeginArray(true);
     for (unsigned bit = 0; bit < 64; ++bit)
@@ -263,13 +218,13 @@ template <typename Out> void writeField(Out& json, FieldKeys const& k, uint64_t 
 }
 
 template <typename Out, typename T> QVS_INLINE void writeField(Out& json, FieldKeys const& k, T value, NameType) {
-    quantity(json, k.key, k.twin, value);
+    VerifyJson::Quantity(json, k.key, k.twin, value);
     json.QuotedKey(k.name);
     json.String(nTypeName(value));
 }
 
 template <typename Out> void writeField(Out& json, FieldKeys const& k, uint64_t value, Encryption) {
-    quantity(json, k.key, k.twin, value);
+    VerifyJson::Quantity(json, k.key, k.twin, value);
     json.QuotedKey(k.name);
     if (value == VerifyFormat::ENCRYPTION_AES128)
         json.String("AES128");
@@ -314,7 +269,7 @@ template <typename Out, typename T> void writeField(Out&, FieldKeys const&, T, R
 // Each field of a record by its table; each member name is made once.
 #define VF_JSON_FIELD(field, kind)                                                              \
     {                                                                                           \
-        static const FieldKeys keys(#field);                                                   \
+        static const FieldKeys keys(VerifyJson::SnakeCase(#field));                                                   \
         writeField(json, keys, r.field, kind{});                                                \
     }
 #define VF_JSON_DEFINE(Record)                                                                  \
@@ -359,6 +314,21 @@ template <typename List> void writeList(JsonWriter& json, List const& list) {
 
 } // namespace
 
+VerifyJson::MemberKeys::MemberKeys(std::string const& field)
+    : key(JsonWriter::QuoteKey(field)), twin(JsonWriter::QuoteKey(field + "_s")),
+      name(JsonWriter::QuoteKey(field + "_name")), names(JsonWriter::QuoteKey(field + "_names")),
+      separator(JsonWriter::QuoteKey(field + "_separator")),
+      raw(JsonWriter::QuoteKey(field + "_raw")), rawTwin(JsonWriter::QuoteKey(field + "_raw_s")) {}
+
+void VerifyJson::StatusMember(JsonWriter& json, std::string const& key, long status) {
+    json.MemberSigned(key, status);
+    json.Key(key + "_name");
+    if (char const* name = StatusName(status))
+        json.String(name);
+    else
+        json.Null();
+}
+
 VerifyJsonPrinter::VerifyJsonPrinter(JsonWriter& writer) : json(writer) {}
 
 VerifyJsonPrinter::~VerifyJsonPrinter() = default;
@@ -379,7 +349,7 @@ void VerifyJsonPrinter::Status(ZVP_Status_s const& status) {
     json.Member("status_valid", status.statusValid != 0);
     json.Member("final_status_valid", status.finalStatusValid != 0);
     json.Member("pool_condition_determined", results == 0);
-    statusMember(json, "result", results);
+    VerifyJson::StatusMember(json, "result", results);
     json.EndObject();
     json.EndObject();
 }

@@ -47,14 +47,6 @@ std::string hexText(uint64_t value) {
     return std::string(digits, result.ptr);
 }
 
-void statusMember(JsonWriter& json, const char* key, long status) {
-    json.MemberSigned(key, status);
-    json.Key(std::string(key) + "_name");
-    if (const char* name = VerifyJson::StatusName(status))
-        json.String(name);
-    else
-        json.Null();
-}
 
 void begin(JsonWriter& json, const char* kind, const Source& source) {
     json.BeginObject();
@@ -103,7 +95,7 @@ void readerMessages(JsonWriter& json, const std::string& text) {
 void errorMember(JsonWriter& json, long status, const std::string& message, long long offset) {
     json.Key("error");
     json.BeginObject();
-    statusMember(json, "status", status);
+    VerifyJson::StatusMember(json, "status", status);
     json.Member("message", message);
     json.Key("offset");
     if (offset >= 0)
@@ -224,7 +216,7 @@ int verifyReport(const Source& source, const Options& options, std::ostream& out
     json.EndObject();
     json.Key("outcome");
     json.BeginObject(true);
-    statusMember(json, "status", status);
+    VerifyJson::StatusMember(json, "status", status);
     json.Member("errors_found", printer.ErrorsFound());
     json.EndObject();
     readerMessages(json, messages.str());
@@ -324,7 +316,7 @@ int rebuildLog(const Source& source, const Options& options, std::ostream& out) 
     json.EndObject();
     json.Key("outcome");
     json.BeginObject(true);
-    statusMember(json, "status", status);
+    VerifyJson::StatusMember(json, "status", status);
     json.EndObject();
     readerMessages(json, messages.str());
     if (status != 0)

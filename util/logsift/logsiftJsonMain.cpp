@@ -4,7 +4,6 @@
 #include "util/logsift/rvConfig.h"
 #include "util/support/outputWriter.h"
 
-#include <cstring>
 #include <getopt.h>
 #include <iostream>
 #include <string>
@@ -99,14 +98,5 @@ int run(int argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
-    QVS::StandardOutput output;
-    try {
-        const int status = run(argc, argv);
-        output.Flush();
-        return status;
-    } catch (const QVS::OutputWriteError& failure) {
-        output.StopThrowing();
-        std::cerr << PROGRAM << ": write error: " << std::strerror(failure.error) << std::endl;
-        return LogsiftJson::EXIT_NOT_READ;
-    }
+    return QVS::RunWithStandardOutput(PROGRAM, LogsiftJson::EXIT_NOT_READ, run, argc, argv);
 }

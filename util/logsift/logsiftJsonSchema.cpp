@@ -88,6 +88,15 @@ void reference(JsonWriter& json, const std::string& name) {
     json.EndObject();
 }
 
+// An array whose items are the definition `name`.
+void arrayOf(JsonWriter& json, const std::string& name) {
+    json.BeginObject(true);
+    json.Member("type", "array");
+    json.Key("items");
+    reference(json, name);
+    json.EndObject();
+}
+
 const char QUANTITY[] = "a quantity (count, size or block number); when it is 2^53 or more, the "
                         "member named after it with _s also holds it as a decimal string";
 const char ID_PATTERN[] = "^0x[0-9a-f]+$";
@@ -275,11 +284,7 @@ void section(JsonWriter& json, const char* kind, const char* description, Extra 
 void listMembers(ObjectSchema& object, JsonWriter& json, const char* record) {
     quantity(object, json, "count");
     object.Property("rows");
-    json.BeginObject(true);
-    json.Member("type", "array");
-    json.Key("items");
-    reference(json, record);
-    json.EndObject();
+    arrayOf(json, record);
 }
 
 void statusMembers(ObjectSchema& object, JsonWriter& json, const char* key) {
@@ -517,27 +522,15 @@ void rebuildDocument(JsonWriter& json) {
     object.Property("lookups");
     typed(json, "boolean", "whether the TOD items' names were asked of the storage system");
     object.Property("messages");
-    json.BeginObject(true);
-    json.Member("type", "array");
-    json.Key("items");
-    reference(json, "message_item");
-    json.EndObject();
+    arrayOf(json, "message_item");
     object.Property("message_walk", false);
     reference(json, "walk");
     object.Property("tod_items");
-    json.BeginObject(true);
-    json.Member("type", "array");
-    json.Key("items");
-    reference(json, "tod_item");
-    json.EndObject();
+    arrayOf(json, "tod_item");
     object.Property("tod_walk", false);
     reference(json, "walk");
     object.Property("action_items");
-    json.BeginObject(true);
-    json.Member("type", "array");
-    json.Key("items");
-    reference(json, "action_item");
-    json.EndObject();
+    arrayOf(json, "action_item");
     object.Property("totals");
     ObjectSchema totals(json);
     totals.Open(nullptr);

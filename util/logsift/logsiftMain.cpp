@@ -3,7 +3,6 @@
 #include "util/logsift/rvConfig.h"
 #include "util/support/outputWriter.h"
 
-#include <cstring>
 #include <iostream>
 
 namespace {
@@ -35,16 +34,5 @@ int run(int argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
-    QVS::StandardOutput output;
-    try {
-        const int status = run(argc, argv);
-        output.Flush();
-        return status;
-    } catch (const QVS::OutputWriteError& failure) {
-        // Output that cannot be written is never lost silently: the work
-        // stops at the first failed write.
-        output.StopThrowing();
-        std::cerr << "logsift: write error: " << std::strerror(failure.error) << std::endl;
-        return 1;
-    }
+    return QVS::RunWithStandardOutput("logsift", 1, run, argc, argv);
 }

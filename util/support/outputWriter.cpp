@@ -255,6 +255,20 @@ void PrintSystemError(const char* what) {
     std::perror(what);
 }
 
+int RunWithStandardOutput(const char* program, int writeErrorStatus, int (*work)(int, char**),
+                          int argc, char** argv) {
+    StandardOutput output;
+    try {
+        const int status = work(argc, argv);
+        output.Flush();
+        return status;
+    } catch (const OutputWriteError& failure) {
+        output.StopThrowing();
+        std::cerr << program << ": write error: " << std::strerror(failure.error) << std::endl;
+        return writeErrorStatus;
+    }
+}
+
 StandardOutput::StandardOutput()
     : writer(STDOUT_FILENO, isatty(STDOUT_FILENO) == 1, isatty(STDOUT_FILENO) == 1),
       previous(std::cout.rdbuf(&writer)), previousExceptions(std::cout.exceptions()) {

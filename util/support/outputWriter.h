@@ -112,6 +112,13 @@ private:
     std::ios_base::iostate previousExceptions;
 };
 
+// A program's work with standard output behind a StandardOutput: `work`'s
+// status, or, when standard output cannot be written, "PROGRAM: write error:
+// " and the system's text on standard error and `writeErrorStatus`. The
+// work stops at the first failed write: output is never lost silently.
+int RunWithStandardOutput(const char* program, int writeErrorStatus, int (*work)(int, char**),
+                          int argc, char** argv);
+
 // Writes what standard output holds without throwing (see FlushQuietly),
 // so that a message written to standard error by other means than std::cerr
 // (perror) comes after the lines printed before it.
