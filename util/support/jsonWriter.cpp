@@ -4,9 +4,6 @@
 #include <charconv>
 #include <stdexcept>
 
-#ifdef __SSE2__
-#include <emmintrin.h>
-#endif
 
 namespace QVS {
 
@@ -14,40 +11,6 @@ namespace {
 
 const char HEX_DIGITS[] = "0123456789abcdef";
 
-// The bytes a string cannot hold as they are: control characters, '"' and
-// '\\' (escaped), and every byte from 0x80 on (checked as UTF-8).
-struct PlainBytes_s {
-    bool plain[256];
-    constexpr PlainBytes_s() : plain() {
-        for (unsigned c = 0; c < 256; ++c)
-            plain[c] = c >= 0x20 && c < 0x80 && c != '"' && c != '\\';
-    }
-};
-constexpr PlainBytes_s PLAIN_BYTES;
-
-// How many bytes from the start of [bytes, bytes + size) are plain: sixteen
-// at a time where the processor can (a byte below 0x20 or from 0x80 on is
-// below 0x20 as a signed byte), then one by one.
-std::size_t plainPrefix(const unsigned char* bytes, std::size_t size) {
-    std::size_t i = 0;
-#ifdef __SSE2__
-    const __m128i space = _mm_set1_epi8(0x20);
-    const __m128i quote = _mm_set1_epi8('"');
-    const __m128i backslash = _mm_set1_epi8('\\');
-    for (; i + 16 <= size; i += 16) {
-        const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes + i));
-        const __m128i special =
-            _mm_or_si128(_mm_cmplt_epi8(block, space),
-                         _mm_or_si128(_mm_cmpeq_epi8(block, quote), _mm_cmpeq_epi8(block, backslash)));
-        const unsigned marks = static_cast<unsigned>(_mm_movemask_epi8(special));
-        if (marks != 0)
-            return i + static_cast<unsigned>(__builtin_ctz(marks));
-    }
-#endif
-    while (i < size && PLAIN_BYTES.plain[bytes[i]])
-        ++i;
-    return i;
-}
 // U+FFFD in UTF-8: what a byte that begins no valid character becomes.
 const char REPLACEMENT[] = "\xef\xbf\xbd";
 
@@ -87,6 +50,20 @@ std::size_t validCharacter(std::string_view text) {
 }
 
 } // namespace
+
+std::size_t JsonWriter::PlainLength(std::string_view text) {
+    const std::size_t size = text.size();
+    std::size_t i = 0;
+#ifdef __SSE2__
+    for (; i + 16 <= size; i += 16)
+        if (const unsigned marks = NotPlain(_mm_loadu_si128(
+                reinterpret_cast<const __m128i*>(text.data() + i))))
+            return i + static_cast<unsigned>(__builtin_ctz(marks));
+#endif
+    while (i < size && IsPlain(static_cast<unsigned char>(text[i])))
+        ++i;
+    return i;
+}
 
 JsonWriter::JsonWriter(std::ostream& output)
     : out(output), buffer(new char[BUFFER_SIZE]), capacity(BUFFER_SIZE) {}
@@ -192,7 +169,7 @@ void JsonWriter::AppendEscaped(std::string_view text, std::string& out) {
     const unsigned char* const bytes = reinterpret_cast<const unsigned char*>(text.data());
     while (i < size) {
         // Most text is plain: passed over without a test of its own per kind.
-        i += plainPrefix(bytes + i, size - i);
+        i += PlainLength(text.substr(i));
         if (i == size)
             break;
         const unsigned char c = bytes[i];

@@ -194,7 +194,7 @@ public:
         }
         QVS_ALWAYS_INLINE void Put(const char* bytes, std::size_t n) {
             Room(n);
-            CopyShort(at, bytes, n, n <= 32);
+            Copy(at, bytes, n);
             at += n;
         }
         QVS_ALWAYS_INLINE void Put(char c) {
@@ -249,14 +249,14 @@ private:
     }
     void MakeRoom(std::size_t n);
     void Put(const char* bytes, std::size_t n) {
-        CopyShort(At(n), bytes, n, n <= 32);
+        Copy(At(n), bytes, n);
         used += n;
     }
-    // A copy of up to 32 bytes in two overlapping moves of the largest
-    // width that fits, without the call a memcpy of unknown length costs:
-    // keys and numbers are short and made a million times.
-    static void CopyShort(char* to, const char* from, std::size_t n, bool isShort) {
-        if (!isShort) {
+    // A copy without the call a memcpy of unknown length costs where it is
+    // short (keys and numbers are, and are made a million times): up to 32
+    // bytes in two overlapping moves of the largest width that fits.
+    static QVS_INLINE void Copy(char* to, const char* from, std::size_t n) {
+        if (n > 32) {
             std::memcpy(to, from, n);
         } else if (n >= 16) {
             Move<16>(to, from);
@@ -278,46 +278,51 @@ private:
         std::memcpy(bytes, from, N);
         std::memcpy(to, bytes, N);
     }
-    // Copies the plain bytes at the start of `text` to `to` (which has room
-    // for all of it) and says how many there were: all of them, unless
-    // something must be escaped. Plain are the bytes from 0x20 to 0x7f but
-    // '"' and '\\'; a byte below 0x20 or from 0x80 on is below 0x20 as a
-    // signed byte, so sixteen are tested at a time.
+    // Plain are the bytes a string holds as they are: from 0x20 to 0x7f but
+    // '"' and '\\'. Control characters are escaped, and bytes from 0x80 on
+    // are checked as UTF-8.
+    static constexpr bool IsPlain(unsigned char c) {
+        return c >= 0x20 && c < 0x80 && c != '"' && c != '\\';
+    }
+#ifdef __SSE2__
+    // The bytes of `block` that are not plain, a bit each: a byte below 0x20
+    // or from 0x80 on is below 0x20 as a signed byte.
+    static QVS_INLINE unsigned NotPlain(__m128i block) {
+        const __m128i special = _mm_or_si128(
+            _mm_cmplt_epi8(block, _mm_set1_epi8(0x20)),
+            _mm_or_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8('"')),
+                         _mm_cmpeq_epi8(block, _mm_set1_epi8('\\'))));
+        return static_cast<unsigned>(_mm_movemask_epi8(special));
+    }
+#endif
+    // How many bytes from the start of `text` are plain.
+    static std::size_t PlainLength(std::string_view text);
+    // The same, copying them to `to` (which has room for all of `text`) as
+    // they are scanned: all of them, unless something must be escaped.
     static QVS_INLINE std::size_t PlainCopy(std::string_view text, char* to) {
         const std::size_t size = text.size();
-        const unsigned char* const bytes = reinterpret_cast<const unsigned char*>(text.data());
+        const char* const bytes = text.data();
 #ifdef __SSE2__
         if (size >= 16) {
-            const __m128i space = _mm_set1_epi8(0x20);
-            const __m128i quote = _mm_set1_epi8('"');
-            const __m128i backslash = _mm_set1_epi8('\\');
-            // Copied as it is scanned; the last block overlaps the one before.
-            auto special = [&](std::size_t i) QVS_ALWAYS_INLINE {
-                const __m128i block =
-                    _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes + i));
+            auto copied = [&](std::size_t i) QVS_ALWAYS_INLINE {
+                const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes + i));
                 _mm_storeu_si128(reinterpret_cast<__m128i*>(to + i), block);
-                return static_cast<unsigned>(_mm_movemask_epi8(
-                    _mm_or_si128(_mm_cmplt_epi8(block, space),
-                                 _mm_or_si128(_mm_cmpeq_epi8(block, quote),
-                                              _mm_cmpeq_epi8(block, backslash)))));
+                return NotPlain(block);
             };
             std::size_t i = 0;
             for (; i + 16 <= size; i += 16)
-                if (const unsigned marks = special(i))
+                if (const unsigned marks = copied(i))
                     return i + static_cast<unsigned>(__builtin_ctz(marks));
+            // The last block overlaps the one before.
             if (i < size)
-                if (const unsigned marks = special(size - 16))
+                if (const unsigned marks = copied(size - 16))
                     return size - 16 + static_cast<unsigned>(__builtin_ctz(marks));
             return size;
         }
 #endif
         std::size_t i = 0;
-        for (; i < size; ++i) {
-            const unsigned char c = bytes[i];
-            if (c < 0x20 || c >= 0x80 || c == '"' || c == '\\')
-                break;
-            to[i] = static_cast<char>(c);
-        }
+        for (; i < size && IsPlain(static_cast<unsigned char>(bytes[i])); ++i)
+            to[i] = bytes[i];
         return i;
     }
     void Put(char c) {

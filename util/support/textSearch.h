@@ -20,7 +20,6 @@
 #include <emmintrin.h>
 #endif
 
-
 namespace QVS {
 
 // How rare a byte is in the texts searched: 0 for the most common. Bytes
@@ -60,25 +59,24 @@ struct Needle {
     std::size_t second;
 };
 
+// The first and the last sizeof(Word) bytes of a and b compared, which
+// covers n bytes from sizeof(Word) to twice that.
+template <typename Word> QVS_INLINE bool SameEnds(const char* a, const char* b, std::size_t n) {
+    Word a1, b1, a2, b2;
+    std::memcpy(&a1, a, sizeof a1);
+    std::memcpy(&b1, b, sizeof b1);
+    std::memcpy(&a2, a + n - sizeof a2, sizeof a2);
+    std::memcpy(&b2, b + n - sizeof b2, sizeof b2);
+    return a1 == b1 && a2 == b2;
+}
+
 // memcmp(a, b, n) == 0 for the short texts of tags and keys, by overlapping
 // words.
 QVS_INLINE bool SameBytes(const char* a, const char* b, std::size_t n) {
-    if (n >= 8 && n <= 16) {
-        std::uint64_t a1, b1, a2, b2;
-        std::memcpy(&a1, a, 8);
-        std::memcpy(&b1, b, 8);
-        std::memcpy(&a2, a + n - 8, 8);
-        std::memcpy(&b2, b + n - 8, 8);
-        return a1 == b1 && a2 == b2;
-    }
-    if (n >= 4 && n < 8) {
-        std::uint32_t a1, b1, a2, b2;
-        std::memcpy(&a1, a, 4);
-        std::memcpy(&b1, b, 4);
-        std::memcpy(&a2, a + n - 4, 4);
-        std::memcpy(&b2, b + n - 4, 4);
-        return a1 == b1 && a2 == b2;
-    }
+    if (n >= 8 && n <= 16)
+        return SameEnds<std::uint64_t>(a, b, n);
+    if (n >= 4 && n < 8)
+        return SameEnds<std::uint32_t>(a, b, n);
     if (n < 4) {
         for (std::size_t i = 0; i < n; ++i)
             if (a[i] != b[i])
