@@ -173,10 +173,10 @@ TEST(JsonNames, SnakeCaseOfFieldNames) {
 }
 
 TEST(JsonNames, StatusNamesOnlyWhereTheTablesHaveOne) {
-    EXPECT_STREQ("zOK", VerifyJson::StatusName(0));
-    EXPECT_STREQ("zERR_BUFFER_TOO_SMALL", VerifyJson::StatusName(20004));
-    EXPECT_EQ(nullptr, VerifyJson::StatusName(25000));
-    EXPECT_EQ(nullptr, VerifyJson::StatusName(-5));
+    EXPECT_STREQ("zOK", JsonFields::StatusName(0));
+    EXPECT_STREQ("zERR_BUFFER_TOO_SMALL", JsonFields::StatusName(20004));
+    EXPECT_EQ(nullptr, JsonFields::StatusName(25000));
+    EXPECT_EQ(nullptr, JsonFields::StatusName(-5));
 }
 
 TEST(JsonNames, WideNamesCombineSurrogatePairs) {

@@ -4,6 +4,7 @@
 #ifndef UTIL_COMMON_CPP_ACTIONHISTORY_H
 #define UTIL_COMMON_CPP_ACTIONHISTORY_H
 
+#include "util/common_cpp/fieldKinds.h"
 #include "util/support/qvsGuid.h"
 
 #include <ostream>
@@ -178,18 +179,8 @@ private:
 
 // How each item's fields are shown as data (the JSON printer): one table per
 // item kind, F(accessor, kind, member name), the member name being the same
-// for the same field in every kind of file (a verify report's records too).
-namespace ItemFields {
-struct Key {};       // a key: decimal text
-struct Id {};        // a ZID: hexadecimal text
-struct Quantity {};  // a number
-struct Guid {};      // the GUID's text form
-struct Text {};      // text from the log (invalid UTF-8 shown as U+FFFD)
-struct Severity {};  // a message's severity: the number and its word
-struct NameType {};  // the number and its name
-struct NameSpace {}; // the number and the separator of its paths
-struct Time {};      // seconds since 1970: ISO 8601 UTC and the raw value
-} // namespace ItemFields
+// for the same field in every kind of file (a verify report's records too),
+// the kind one of FieldKinds.
 
 #define TOD_ITEM_FIELDS(F)                                                                      \
     F(Key, Key, "key") F(Zid, Id, "zid") F(PZid, Id, "parent_zid") F(Flag, Quantity, "flag")    \

@@ -1,52 +1,25 @@
 // rebuildJsonPrinter.cpp - the rebuild log as JSON.
 #include "util/common_cpp/rebuildJsonPrinter.h"
 
+#include "util/common_cpp/jsonFields.h"
 #include "util/common_cpp/rebuildFile.h"
-#include "util/common_cpp/verifyFileOutput.h"
-#include "util/common_cpp/verifyJsonPrinter.h"
 #include "util/support/qvsStatus.h"
 
-#include <charconv>
-#include <ctime>
 #include <string>
 
 namespace {
 
 using QVS::JsonWriter;
-using namespace ItemFields;
+using namespace FieldKinds;
+using JsonFields::writeField;
+using Keys = JsonFields::MemberKeys;
 
 const char* const SEVERITY_NAMES[] = {nullptr, "warning", "info", "error", "fatal",
                                       "action_required"};
 
-
-using Keys = VerifyJson::MemberKeys;
-
-template <typename Out> QVS_INLINE void writeField(Out& json, Keys const& k, unsigned long long value, Key) {
-    char digits[24];
-    const std::to_chars_result result = std::to_chars(digits, digits + sizeof digits, value);
-    json.QuotedKey(k.key);
-    json.String(std::string_view(digits, static_cast<std::size_t>(result.ptr - digits)));
-}
-
-template <typename Out> QVS_INLINE void writeField(Out& json, Keys const& k, unsigned long long value, Id) {
-    char digits[24] = {'0', 'x'};
-    const std::to_chars_result result = std::to_chars(digits + 2, digits + sizeof digits, value, 16);
-    json.QuotedKey(k.key);
-    json.String(std::string_view(digits, static_cast<std::size_t>(result.ptr - digits)));
-}
-
-template <typename Out> QVS_INLINE void writeField(Out& json, Keys const& k, unsigned long long value, Quantity) {
-    VerifyJson::Quantity(json, k.key, k.twin, value);
-}
-
-template <typename Out> QVS_INLINE void writeField(Out& json, Keys const& k, GUID_t const& value, Guid) {
-    char text[QVS::GUID_TEXT_LENGTH + 1];
-    QVS::LB_GUIDToString(&value, sizeof text, text);
-    json.QuotedKey(k.key);
-    json.String(text);
-}
-
-template <typename Out> QVS_INLINE void writeField(Out& json, Keys const& k, std::string const& value, Text) {
+// The writers of the kinds only rebuild log items have.
+template <typename Out>
+QVS_INLINE void writeField(Out& json, Keys const& k, std::string const& value, Text) {
     json.QuotedKey(k.key);
     json.String(value);
 }
@@ -61,27 +34,11 @@ template <typename Out> QVS_INLINE void writeField(Out& json, Keys const& k, uns
         json.Null();
 }
 
-template <typename Out> QVS_INLINE void writeField(Out& json, Keys const& k, unsigned value, NameType) {
-    VerifyJson::Quantity(json, k.key, k.twin, value);
-    json.QuotedKey(k.name);
-    json.String(nTypeName(value));
-}
-
-template <typename Out> QVS_INLINE void writeField(Out& json, Keys const& k, unsigned value, NameSpace) {
-    VerifyJson::Quantity(json, k.key, k.twin, value);
+template <typename Out>
+QVS_INLINE void writeField(Out& json, Keys const& k, unsigned value, NameSpace) {
+    JsonFields::Quantity(json, k.key, k.twin, value);
     json.QuotedKey(k.separator);
     json.String(RebuildFile::NameSpaceSeparator(value));
-}
-
-template <typename Out> QVS_INLINE void writeField(Out& json, Keys const& k, unsigned value, Time) {
-    const time_t when = static_cast<time_t>(value);
-    struct tm parts;
-    char text[32] = "";
-    if (gmtime_r(&when, &parts) != nullptr)
-        text[strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &parts)] = '\0';
-    json.QuotedKey(k.key);
-    json.String(text);
-    VerifyJson::Quantity(json, k.raw, k.rawTwin, value);
 }
 
 // Each expansion is a block of its own, so each field has its own names.
@@ -91,9 +48,6 @@ template <typename Out> QVS_INLINE void writeField(Out& json, Keys const& k, uns
         writeField(json, keys, item.accessor(), kind{});                                        \
     }
 
-} // namespace
-
-namespace {
 // A message: one row, written in place (a log holds millions).
 void writeMessage(JsonWriter& writer, MessageItem const& item) {
     JsonWriter::Row json(writer);
@@ -138,7 +92,7 @@ void RebuildJsonPrinter::MessagesEnd(unsigned long found, unsigned walkStatus,
     json.Key("message_walk");
     json.BeginObject(true);
     json.Quantity("count", found);
-    VerifyJson::StatusMember(json, "status", walkStatus);
+    JsonFields::StatusMember(json, "status", walkStatus);
     json.EndObject();
     Stopped(walkStatus, walkPosition, "the message walk stopped at a damaged item");
 }
@@ -176,7 +130,7 @@ void RebuildJsonPrinter::WriteTODItem(TODItem const& item, bool isIgnored,
             outcome = "failed";
         json.Member("outcome", outcome);
         json.MemberSigned("code", lookup->code);
-        VerifyJson::StatusMember(json, "status", lookup->detail);
+        JsonFields::StatusMember(json, "status", lookup->detail);
         json.Member("retried_as_name_type_0", lookup->retried);
         if (lookup->code == 0 && lookup->detail == 0) {
             json.Member("volume_name", lookup->volumeName);
@@ -228,6 +182,6 @@ void RebuildJsonPrinter::EndTODItems(unsigned long found, unsigned long ignoredI
     json.Quantity("count", found);
     json.Quantity("ignored", ignoredItems);
     json.Member("complete", complete);
-    VerifyJson::StatusMember(json, "status", walkStatus);
+    JsonFields::StatusMember(json, "status", walkStatus);
     json.EndObject();
 }

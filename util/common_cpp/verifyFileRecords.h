@@ -3,6 +3,7 @@
 #ifndef UTIL_COMMON_CPP_VERIFYFILERECORDS_H
 #define UTIL_COMMON_CPP_VERIFYFILERECORDS_H
 
+#include "util/common_cpp/fieldKinds.h"
 #include "util/support/qvsGuid.h"
 
 #include <cstddef>
@@ -85,29 +86,11 @@ constexpr uint64_t ENCRYPTION_AES256 = 259;
 
 } // namespace VerifyFormat
 
-
 // How each field of a record is shown as data (the JSON printer): one table
 // per record, VF_FIELDS_<record>(F), next to the record below, lists its
 // fields in layout order as F(field, kind), reserved bytes included, so that a
-// check can see that the table covers the whole record.
-namespace VerifyFields {
-struct Quantity {};    // a count, size or block: an unsigned number
-struct Signed {};      // a signed number
-struct Id {};          // an identifier (ZID, locator, LSN): hexadecimal text
-struct Key {};         // a key: decimal text
-struct Status {};      // a status number and its zERR_ name
-struct Time {};        // seconds since 1970: ISO 8601 UTC and the raw value
-struct Guid {};        // the GUID's text form
-struct ErrorWord {};   // a word of error bits: the number and the set bits' texts
-struct WarningWord {}; // a word of warning bits, the same way
-struct NameType {};    // a name type: the number and its name
-struct Encryption {};  // an encryption algorithm: the number and its name
-struct Nested {};      // a record of its own, with its own table
-struct Levels {};      // the histogram levels: an array of records
-struct Reserved {};    // bytes the producer keeps to itself: not shown
-template <unsigned Units> struct Wide {};  // a UTF-16LE name of that many units
-template <unsigned Size> struct Narrow {}; // a text of that many bytes
-} // namespace VerifyFields
+// check can see that the table covers the whole record. The kinds are those
+// of FieldKinds.
 
 #pragma pack(push, 1)
 

@@ -34,23 +34,6 @@ std::string SnakeCase(char const* fieldName) {
     return name;
 }
 
-char const* StatusName(long status) {
-    // Lists repeat the same few statuses row after row; the table is long.
-    static long lastStatus = 0;
-    static char const* lastName = nullptr;
-    static bool cached = false;
-    if (cached && status == lastStatus)
-        return lastName;
-    char const* name = QVS::GetErrorFromNumber(static_cast<int>(status));
-    const std::string_view text(name);
-    if (text == "zERR_UNKNOWN_ERROR" || text == "MM_UNKNOWN_ERROR")
-        name = nullptr;
-    lastStatus = status;
-    lastName = name;
-    cached = true;
-    return name;
-}
-
 namespace {
 
 void appendUtf8(uint32_t code, std::string& out) {
@@ -121,22 +104,12 @@ char const* ListKind(STDS_unaccBlks_s const*) { return "unacc_blks"; }
 namespace {
 
 using QVS::JsonWriter;
-using namespace VerifyFields;
+using namespace FieldKinds;
+using JsonFields::writeField;
 
-// Seconds since 1970 in ISO 8601 UTC.
-std::string isoTime(uint64_t seconds) {
-    const time_t when = static_cast<time_t>(seconds);
-    struct tm parts;
-    if (gmtime_r(&when, &parts) == nullptr)
-        return std::string();
-    char text[32];
-    const size_t length = strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &parts);
-    return std::string(text, length);
-}
+using FieldKeys = JsonFields::MemberKeys;
 
-using FieldKeys = VerifyJson::MemberKeys;
-
-// The field writers, one per kind of VerifyFields.
+// The writers of the kinds only verify records have.
 #define VF_JSON_DECLARE(Record) void writeFields(JsonWriter& json, Record const& r);
 VF_JSON_DECLARE(LevelInformation_s)
 VF_JSON_DECLARE(CommonBlockStats_s)
@@ -154,52 +127,9 @@ VF_JSON_DECLARE(ZVP_LVStats_s)
 VF_JSON_DECLARE(ZVP_PoolStats_s)
 #undef VF_JSON_DECLARE
 
-template <typename Out, typename T> QVS_INLINE void writeField(Out& json, FieldKeys const& k, T value, Quantity) {
-    static_assert(std::is_unsigned<T>::value, "a quantity is unsigned");
-    VerifyJson::Quantity(json, k.key, k.twin, value);
-}
-
-template <typename Out, typename T> QVS_INLINE void writeField(Out& json, FieldKeys const& k, T value, Signed) {
-    json.QuotedKey(k.key);
-    json.Signed(value);
-}
-
-template <typename Out, typename T> QVS_INLINE void writeField(Out& json, FieldKeys const& k, T value, Id) {
-    char digits[24] = {'0', 'x'};
-    const std::to_chars_result result = std::to_chars(digits + 2, digits + sizeof digits,
-                                                      static_cast<uint64_t>(value), 16);
-    json.QuotedKey(k.key);
-    json.String(std::string_view(digits, static_cast<std::size_t>(result.ptr - digits)));
-}
-
-template <typename Out, typename T> QVS_INLINE void writeField(Out& json, FieldKeys const& k, T value, Key) {
-    char digits[24];
-    const std::to_chars_result result =
-        std::to_chars(digits, digits + sizeof digits, static_cast<uint64_t>(value));
-    json.QuotedKey(k.key);
-    json.String(std::string_view(digits, static_cast<std::size_t>(result.ptr - digits)));
-}
-
-template <typename Out, typename T> QVS_INLINE void writeField(Out& json, FieldKeys const& k, T value, Status) {
-    VerifyJson::StatusMember(json, k, value);
-}
-
-template <typename Out, typename T> QVS_INLINE void writeField(Out& json, FieldKeys const& k, T value, Time) {
-    json.QuotedKey(k.key);
-    json.String(isoTime(value));
-    VerifyJson::Quantity(json, k.raw, k.rawTwin, value);
-}
-
-template <typename Out> void writeField(Out& json, FieldKeys const& k, GUID_t value, Guid) {
-    char text[QVS::GUID_TEXT_LENGTH + 1];
-    QVS::LB_GUIDToString(&value, sizeof text, text);
-    json.QuotedKey(k.key);
-    json.String(text);
-}
-
 template <typename Names>
 void writeWord(JsonWriter& json, FieldKeys const& k, uint64_t word, Names names) {
-    VerifyJson::Quantity(json, k.key, k.twin, word);
+    JsonFields::Quantity(json, k.key, k.twin, word);
     json.QuotedKey(k.names);
     json.BeginArray(true);
     for (unsigned bit = 0; bit < 64; ++bit)
@@ -217,14 +147,8 @@ template <typename Out> void writeField(Out& json, FieldKeys const& k, uint64_t 
     writeWord(json, k, value, WarningTypeText);
 }
 
-template <typename Out, typename T> QVS_INLINE void writeField(Out& json, FieldKeys const& k, T value, NameType) {
-    VerifyJson::Quantity(json, k.key, k.twin, value);
-    json.QuotedKey(k.name);
-    json.String(nTypeName(value));
-}
-
 template <typename Out> void writeField(Out& json, FieldKeys const& k, uint64_t value, Encryption) {
-    VerifyJson::Quantity(json, k.key, k.twin, value);
+    JsonFields::Quantity(json, k.key, k.twin, value);
     json.QuotedKey(k.name);
     if (value == VerifyFormat::ENCRYPTION_AES128)
         json.String("AES128");
@@ -314,21 +238,6 @@ template <typename List> void writeList(JsonWriter& json, List const& list) {
 
 } // namespace
 
-VerifyJson::MemberKeys::MemberKeys(std::string const& field)
-    : key(JsonWriter::QuoteKey(field)), twin(JsonWriter::QuoteKey(field + "_s")),
-      name(JsonWriter::QuoteKey(field + "_name")), names(JsonWriter::QuoteKey(field + "_names")),
-      separator(JsonWriter::QuoteKey(field + "_separator")),
-      raw(JsonWriter::QuoteKey(field + "_raw")), rawTwin(JsonWriter::QuoteKey(field + "_raw_s")) {}
-
-void VerifyJson::StatusMember(JsonWriter& json, std::string const& key, long status) {
-    json.MemberSigned(key, status);
-    json.Key(key + "_name");
-    if (char const* name = StatusName(status))
-        json.String(name);
-    else
-        json.Null();
-}
-
 VerifyJsonPrinter::VerifyJsonPrinter(JsonWriter& writer) : json(writer) {}
 
 VerifyJsonPrinter::~VerifyJsonPrinter() = default;
@@ -349,7 +258,7 @@ void VerifyJsonPrinter::Status(ZVP_Status_s const& status) {
     json.Member("status_valid", status.statusValid != 0);
     json.Member("final_status_valid", status.finalStatusValid != 0);
     json.Member("pool_condition_determined", results == 0);
-    VerifyJson::StatusMember(json, "result", results);
+    JsonFields::StatusMember(json, "result", results);
     json.EndObject();
     json.EndObject();
 }

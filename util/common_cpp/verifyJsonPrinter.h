@@ -4,6 +4,7 @@
 #ifndef UTIL_COMMON_CPP_VERIFYJSONPRINTER_H
 #define UTIL_COMMON_CPP_VERIFYJSONPRINTER_H
 
+#include "util/common_cpp/jsonFields.h"
 #include "util/common_cpp/verifyPrinter.h"
 #include "util/support/jsonWriter.h"
 
@@ -57,9 +58,6 @@ namespace VerifyJson {
 // The member name of a record field: its name in snake_case ("totalBlocks"
 // gives "total_blocks", "poolBlocks1" gives "pool_blocks_1").
 std::string SnakeCase(char const* fieldName);
-// The name of a status number from the error tables, or null when they have
-// none for it.
-char const* StatusName(long status);
 // A UTF-16LE name field, cut at its first 0 unit or at the field's end, as
 // UTF-8: surrogate pairs are combined, and a surrogate without its pair
 // becomes U+FFFD.
@@ -69,49 +67,6 @@ std::string WideName(unsigned char const* field, std::size_t units);
 #define VF_JSON_LIST_KIND(Record) char const* ListKind(Record const*);
 VF_VARIABLE_RECORDS(VF_JSON_LIST_KIND)
 #undef VF_JSON_LIST_KIND
-
-// A status as two members: "KEY", the number, and "KEY_name", its name from
-// the error tables or null.
-void StatusMember(QVS::JsonWriter& json, std::string const& key, long status);
-
-// The names of one field's members, quoted once (QVS::JsonWriter::QuoteKey):
-// fields of rows are written once per row, and a file holds millions of rows.
-struct MemberKeys {
-    explicit MemberKeys(std::string const& key);
-    std::string key;       // the field itself
-    std::string twin;      // KEY_s, the decimal twin of a large quantity
-    std::string name;      // KEY_name
-    std::string names;     // KEY_names, the names of a word's bits
-    std::string separator; // KEY_separator
-    std::string raw;       // KEY_raw, a time's value as read
-    std::string rawTwin;   // KEY_raw_s
-};
-
-// A quantity with its decimal twin from 2^53 on, through a writer or a row.
-template <typename Out>
-QVS_INLINE void Quantity(Out& json, std::string const& key, std::string const& twin,
-                         uint64_t value) {
-    json.QuotedKey(key);
-    json.Unsigned(value);
-    if (value >= QVS::JsonWriter::EXACT_DOUBLE_LIMIT) {
-        char digits[24];
-        const std::to_chars_result result = std::to_chars(digits, digits + sizeof digits, value);
-        json.QuotedKey(twin);
-        json.String(std::string_view(digits, static_cast<std::size_t>(result.ptr - digits)));
-    }
-}
-
-// A status as two members, with the names made by MemberKeys.
-template <typename Out>
-QVS_INLINE void StatusMember(Out& json, MemberKeys const& keys, long status) {
-    json.QuotedKey(keys.key);
-    json.Signed(status);
-    json.QuotedKey(keys.name);
-    if (char const* name = StatusName(status))
-        json.String(name);
-    else
-        json.Null();
-}
 } // namespace VerifyJson
 
 #endif

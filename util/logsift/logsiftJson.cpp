@@ -2,6 +2,7 @@
 #include "util/logsift/logsiftJson.h"
 
 #include "util/common_cpp/actionHistory.h"
+#include "util/common_cpp/jsonFields.h"
 #include "util/common_cpp/rebuildFile.h"
 #include "util/common_cpp/rebuildJsonPrinter.h"
 #include "util/common_cpp/verifyFile.h"
@@ -13,7 +14,6 @@
 #include "util/support/qvsStatus.h"
 
 #include <cerrno>
-#include <charconv>
 #include <cstdio>
 #include <cstring>
 #include <memory>
@@ -24,14 +24,14 @@
 
 namespace LogsiftJson {
 
+const char* const PROGRAM = "logsift-json";
+const char* const VERSION = "1.00";
 const char* const SCHEMA_VERSION = "1.0";
 
 namespace {
 
 using QVS::JsonWriter;
 
-const char PROGRAM_NAME[] = "logsift-json";
-const char PROGRAM_VERSION[] = "1.00";
 const std::size_t CRC_BLOCK_SIZE = 1 << 16;
 
 // Where a document's file came from.
@@ -41,18 +41,11 @@ struct Source {
     std::string directory; // likewise
 };
 
-std::string hexText(uint64_t value) {
-    char digits[24] = {'0', 'x'};
-    const std::to_chars_result result = std::to_chars(digits + 2, digits + sizeof digits, value, 16);
-    return std::string(digits, result.ptr);
-}
-
-
 void begin(JsonWriter& json, const char* kind, const Source& source) {
     json.BeginObject();
     json.Member("schema_version", SCHEMA_VERSION);
-    json.Member("program", PROGRAM_NAME);
-    json.Member("version", PROGRAM_VERSION);
+    json.Member("program", PROGRAM);
+    json.Member("version", VERSION);
     json.Member("kind", kind);
     json.Key("file");
     json.BeginObject();
@@ -95,7 +88,7 @@ void readerMessages(JsonWriter& json, const std::string& text) {
 void errorMember(JsonWriter& json, long status, const std::string& message, long long offset) {
     json.Key("error");
     json.BeginObject();
-    VerifyJson::StatusMember(json, "status", status);
+    JsonFields::StatusMember(json, "status", status);
     json.Member("message", message);
     json.Key("offset");
     if (offset >= 0)
@@ -160,8 +153,8 @@ void crcMember(JsonWriter& json, const std::string& path) {
         return;
     }
     json.BeginObject(true);
-    json.Member("stored", hexText(stored));
-    json.Member("computed", hexText(computed));
+    json.Member("stored", JsonFields::NumberText::Hex(stored).View());
+    json.Member("computed", JsonFields::NumberText::Hex(computed).View());
     json.Member("matches", stored == computed);
     json.EndObject();
 }
@@ -216,7 +209,7 @@ int verifyReport(const Source& source, const Options& options, std::ostream& out
     json.EndObject();
     json.Key("outcome");
     json.BeginObject(true);
-    VerifyJson::StatusMember(json, "status", status);
+    JsonFields::StatusMember(json, "status", status);
     json.Member("errors_found", printer.ErrorsFound());
     json.EndObject();
     readerMessages(json, messages.str());
@@ -316,7 +309,7 @@ int rebuildLog(const Source& source, const Options& options, std::ostream& out) 
     json.EndObject();
     json.Key("outcome");
     json.BeginObject(true);
-    VerifyJson::StatusMember(json, "status", status);
+    JsonFields::StatusMember(json, "status", status);
     json.EndObject();
     readerMessages(json, messages.str());
     if (status != 0)

@@ -9,6 +9,10 @@
 
 namespace LogsiftJson {
 
+// The program's name and version, as --version and every document give them.
+extern const char* const PROGRAM;
+extern const char* const VERSION;
+
 // The version of the document's schema (doc/logsift-json.schema.json). A
 // member may be added within a major version; none is renamed or removed.
 extern const char* const SCHEMA_VERSION;

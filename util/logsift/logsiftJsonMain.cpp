@@ -10,8 +10,8 @@
 
 namespace {
 
-const char PROGRAM[] = "logsift-json";
-const char VERSION[] = "1.00";
+using LogsiftJson::PROGRAM;
+using LogsiftJson::VERSION;
 
 const char* const USAGE =
     "Usage: logsift-json [OPTION]... vbf FILENAME\n"
@@ -61,9 +61,7 @@ int run(int argc, char** argv) {
             std::cout << PROGRAM << " (QVS) " << VERSION << "\n";
             return 0;
         case 'P':
-            options.directory = optarg;
-            if (options.directory.empty() || options.directory.back() != '/')
-                options.directory += '/';
+            options.directory = RavDirectory(optarg);
             break;
         case 'n':
             options.lookup = false;

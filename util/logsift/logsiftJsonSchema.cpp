@@ -133,7 +133,7 @@ void time(ObjectSchema& object, JsonWriter& json, const std::string& key) {
 }
 
 // The property schemas of a verify record's field, by its kind.
-using namespace VerifyFields;
+using namespace FieldKinds;
 template <typename T> void field(ObjectSchema& o, JsonWriter& j, const std::string& k, Quantity) {
     quantity(o, j, k);
 }
@@ -474,45 +474,31 @@ void verifyDocument(JsonWriter& json) {
     object.Close();
 }
 
-// The properties of a rebuild log item, by its table.
-void itemField(ObjectSchema& o, JsonWriter& j, const std::string& k, ItemFields::Key) {
-    o.Property(k);
-    patterned(j, KEY_PATTERN, "a key in decimal");
+// The properties of a rebuild log item, by its table: as a verify record's
+// field of the same kind, but for the kinds only items have (and a ZID).
+template <typename Kind>
+void itemField(ObjectSchema& o, JsonWriter& j, const std::string& k, Kind kind) {
+    field<void>(o, j, k, kind);
 }
-void itemField(ObjectSchema& o, JsonWriter& j, const std::string& k, ItemFields::Id) {
+void itemField(ObjectSchema& o, JsonWriter& j, const std::string& k, Id) {
     o.Property(k);
     patterned(j, ID_PATTERN, "a ZID in hexadecimal");
 }
-void itemField(ObjectSchema& o, JsonWriter& j, const std::string& k, ItemFields::Quantity) {
-    quantity(o, j, k);
-}
-void itemField(ObjectSchema& o, JsonWriter& j, const std::string& k, ItemFields::Guid) {
-    o.Property(k);
-    patterned(j, GUID_PATTERN, "a GUID in its text form");
-}
-void itemField(ObjectSchema& o, JsonWriter& j, const std::string& k, ItemFields::Text) {
+void itemField(ObjectSchema& o, JsonWriter& j, const std::string& k, Text) {
     o.Property(k);
     typed(j, "string", TEXT);
 }
-void itemField(ObjectSchema& o, JsonWriter& j, const std::string& k, ItemFields::Severity) {
+void itemField(ObjectSchema& o, JsonWriter& j, const std::string& k, Severity) {
     quantity(o, j, k);
     o.Property(k + "_name");
     nullable(j, "string", "warning, info, error, fatal or action_required");
 }
-void itemField(ObjectSchema& o, JsonWriter& j, const std::string& k, ItemFields::NameType) {
-    quantity(o, j, k);
-    o.Property(k + "_name");
-    typed(j, "string", "File, Stream, Extend, Delete or ???");
-}
-void itemField(ObjectSchema& o, JsonWriter& j, const std::string& k, ItemFields::NameSpace) {
+void itemField(ObjectSchema& o, JsonWriter& j, const std::string& k, NameSpace) {
     quantity(o, j, k);
     o.Property(k + "_separator");
     typed(j, "string", "what stands between a looked-up path and the logged name");
 }
-void itemField(ObjectSchema& o, JsonWriter& j, const std::string& k, ItemFields::Time) {
-    time(o, j, k);
-}
-#define ITEM_SCHEMA_FIELD(accessor, kind, name) itemField(object, json, name, ItemFields::kind{});
+#define ITEM_SCHEMA_FIELD(accessor, kind, name) itemField(object, json, name, kind{});
 
 void rebuildDocument(JsonWriter& json) {
     json.Key("rebuild_log");

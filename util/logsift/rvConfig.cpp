@@ -70,6 +70,12 @@ const struct option LONG_OPTIONS[] = {
 
 } // namespace
 
+std::string RavDirectory(const std::string& path) {
+    if (path.empty() || path.back() != '/')
+        return path + "/";
+    return path;
+}
+
 RVConfig::RVConfig(const std::string& programName, const std::string& version)
     : verbose(6), fileName(""), poolName(""), serverName(""), listActions(false),
       listObjectDetails(false), listHistograms(false), verify(false), rebuild(false),
@@ -117,9 +123,7 @@ int RVConfig::ProcessCommandLine(std::ostream& out, int argc, char** argv) {
             listHistograms = true;
             break;
         case 'P':
-            directory = optarg;
-            if (directory.empty() || directory.back() != '/')
-                directory += "/";
+            directory = RavDirectory(optarg);
             break;
         case 'V': {
             char* end = nullptr;

@@ -8,6 +8,9 @@
 // The directory the storage system writes its RAV output files into.
 extern const char* const DEFAULT_RAV_DIRECTORY;
 
+// A -P value as the newest-file search takes it: ending in '/'.
+std::string RavDirectory(const std::string& path);
+
 class RVConfig {
 public:
     RVConfig(const std::string& programName, const std::string& version);
