@@ -2,6 +2,7 @@
 // summary, pool and volume blocks, histograms and every record list.
 #include "util/common_cpp/verifyFile.h"
 #include "util/common_cpp/verifyFileOutput.h"
+#include "util/support/qvsLib.h"
 
 #include <algorithm>
 #include <charconv>
@@ -190,7 +191,7 @@ public:
             const unsigned u = field[2 * i] | (static_cast<unsigned>(field[2 * i + 1]) << 8);
             if (u == 0)
                 break;
-            length += utf8(u, decoded + length);
+            length += QVS::EncodeUtf8(u, decoded + length); // each unit on its own, as uni2utf
         }
         return Placed(std::string_view(decoded, length), width, right);
     }
@@ -199,8 +200,8 @@ public:
             return *this;
         size_t length = 0;
         for (; *units != 0; ++units) {
-            char bytes[3];
-            const size_t n = utf8(*units, bytes);
+            char bytes[4];
+            const size_t n = QVS::EncodeUtf8(*units, bytes);
             Put(bytes, n);
             length += n;
         }
@@ -223,22 +224,6 @@ public:
 private:
     static constexpr size_t CAPACITY = 2048;
 
-    // The bytes of one UTF-16 unit, each encoded on its own as uni2utf does.
-    static size_t utf8(unsigned u, char* out) {
-        if (u < 0x80) {
-            out[0] = static_cast<char>(u);
-            return 1;
-        }
-        if (u < 0x800) {
-            out[0] = static_cast<char>(0xC0 | (u >> 6));
-            out[1] = static_cast<char>(0x80 | (u & 0x3F));
-            return 2;
-        }
-        out[0] = static_cast<char>(0xE0 | (u >> 12));
-        out[1] = static_cast<char>(0x80 | ((u >> 6) & 0x3F));
-        out[2] = static_cast<char>(0x80 | (u & 0x3F));
-        return 3;
-    }
     Line& Placed(std::string_view value, int width, bool right) {
         return right ? Right(value, width) : Left(value, width);
     }

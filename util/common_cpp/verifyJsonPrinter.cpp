@@ -5,6 +5,7 @@
 #include "util/common_cpp/verifyFile.h"
 #include "util/common_cpp/verifyFileOutput.h"
 #include "util/support/qvsError.h"
+#include "util/support/qvsLib.h"
 
 #include <cctype>
 #include <charconv>
@@ -36,24 +37,6 @@ std::string SnakeCase(char const* fieldName) {
 
 namespace {
 
-void appendUtf8(uint32_t code, std::string& out) {
-    if (code < 0x80) {
-        out.push_back(static_cast<char>(code));
-    } else if (code < 0x800) {
-        out.push_back(static_cast<char>(0xC0 | (code >> 6)));
-        out.push_back(static_cast<char>(0x80 | (code & 0x3F)));
-    } else if (code < 0x10000) {
-        out.push_back(static_cast<char>(0xE0 | (code >> 12)));
-        out.push_back(static_cast<char>(0x80 | ((code >> 6) & 0x3F)));
-        out.push_back(static_cast<char>(0x80 | (code & 0x3F)));
-    } else {
-        out.push_back(static_cast<char>(0xF0 | (code >> 18)));
-        out.push_back(static_cast<char>(0x80 | ((code >> 12) & 0x3F)));
-        out.push_back(static_cast<char>(0x80 | ((code >> 6) & 0x3F)));
-        out.push_back(static_cast<char>(0x80 | (code & 0x3F)));
-    }
-}
-
 const uint32_t REPLACEMENT_CHARACTER = 0xFFFD;
 
 } // namespace
@@ -70,12 +53,12 @@ std::string WideName(unsigned char const* field, std::size_t units) {
         if (u >= 0xD800 && u <= 0xDBFF && i + 1 < units) {
             const uint32_t low = unitAt(i + 1);
             if (low >= 0xDC00 && low <= 0xDFFF) {
-                appendUtf8(0x10000 + ((u - 0xD800) << 10) + (low - 0xDC00), name);
+                QVS::appendUtf8(0x10000 + ((u - 0xD800) << 10) + (low - 0xDC00), name);
                 ++i;
                 continue;
             }
         }
-        appendUtf8(u >= 0xD800 && u <= 0xDFFF ? REPLACEMENT_CHARACTER : u, name);
+        QVS::appendUtf8(u >= 0xD800 && u <= 0xDFFF ? REPLACEMENT_CHARACTER : u, name);
     }
     return name;
 }

@@ -130,16 +130,8 @@ long long LB_strtoq(const char* s, char** end, int base) {
 }
 
 void appendUtf8(unsigned u, std::string& out) {
-    if (u < 0x80) {
-        out.push_back(static_cast<char>(u));
-    } else if (u < 0x800) {
-        out.push_back(static_cast<char>(0xC0 | (u >> 6)));
-        out.push_back(static_cast<char>(0x80 | (u & 0x3F)));
-    } else {
-        out.push_back(static_cast<char>(0xE0 | (u >> 12)));
-        out.push_back(static_cast<char>(0x80 | ((u >> 6) & 0x3F)));
-        out.push_back(static_cast<char>(0x80 | (u & 0x3F)));
-    }
+    char bytes[4];
+    out.append(bytes, EncodeUtf8(u, bytes));
 }
 
 void uni2utf(const unsigned short* text, std::string& out) {

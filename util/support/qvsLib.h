@@ -3,6 +3,8 @@
 #ifndef UTIL_SUPPORT_QVSLIB_H
 #define UTIL_SUPPORT_QVSLIB_H
 
+#include "util/support/compiler.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <ctime>
@@ -30,11 +32,37 @@ unsigned long long _stoq(const char* s, char** end, int base, int mode);
 unsigned long long LB_strtouq(const char* s, char** end, int base);
 long long LB_strtoq(const char* s, char** end, int base);
 
+// The UTF-8 bytes of code point `code` (up to 4) written to `out`; returns
+// how many.
+QVS_INLINE std::size_t EncodeUtf8(uint32_t code, char* out) {
+    if (code < 0x80) {
+        out[0] = static_cast<char>(code);
+        return 1;
+    }
+    if (code < 0x800) {
+        out[0] = static_cast<char>(0xC0 | (code >> 6));
+        out[1] = static_cast<char>(0x80 | (code & 0x3F));
+        return 2;
+    }
+    if (code < 0x10000) {
+        out[0] = static_cast<char>(0xE0 | (code >> 12));
+        out[1] = static_cast<char>(0x80 | ((code >> 6) & 0x3F));
+        out[2] = static_cast<char>(0x80 | (code & 0x3F));
+        return 3;
+    }
+    out[0] = static_cast<char>(0xF0 | (code >> 18));
+    out[1] = static_cast<char>(0x80 | ((code >> 12) & 0x3F));
+    out[2] = static_cast<char>(0x80 | ((code >> 6) & 0x3F));
+    out[3] = static_cast<char>(0x80 | (code & 0x3F));
+    return 4;
+}
+
 // Appends the UTF-8 form of a zero-terminated UTF-16 string; each unit is
 // encoded on its own (surrogate halves are not combined).
 void uni2utf(const unsigned short* text, std::string& out);
-// Appends one UTF-16 unit as one, two or three UTF-8 bytes.
-void appendUtf8(unsigned unit, std::string& out);
+// Appends one code point as UTF-8: a UTF-16 unit becomes one, two or three
+// bytes.
+void appendUtf8(unsigned code, std::string& out);
 
 // Volume state words: "active" 6, "deactive" 2, "maintenance" 3, else 0.
 unsigned LB_VolumeStateStringToVolumeStateNumber(const char* word);
