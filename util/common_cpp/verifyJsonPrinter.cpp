@@ -42,7 +42,9 @@ const uint32_t REPLACEMENT_CHARACTER = 0xFFFD;
 } // namespace
 
 std::string WideName(unsigned char const* field, std::size_t units) {
-    std::string name;
+    // Four bytes a unit at the most, made in place and cut to size once.
+    std::string name(4 * units, '\0');
+    std::size_t length = 0;
     auto unitAt = [field](std::size_t i) {
         return static_cast<uint32_t>(field[2 * i] | (field[2 * i + 1] << 8));
     };
@@ -53,13 +55,16 @@ std::string WideName(unsigned char const* field, std::size_t units) {
         if (u >= 0xD800 && u <= 0xDBFF && i + 1 < units) {
             const uint32_t low = unitAt(i + 1);
             if (low >= 0xDC00 && low <= 0xDFFF) {
-                QVS::appendUtf8(0x10000 + ((u - 0xD800) << 10) + (low - 0xDC00), name);
+                length += QVS::EncodeUtf8(0x10000 + ((u - 0xD800) << 10) + (low - 0xDC00),
+                                          &name[length]);
                 ++i;
                 continue;
             }
         }
-        QVS::appendUtf8(u >= 0xD800 && u <= 0xDFFF ? REPLACEMENT_CHARACTER : u, name);
+        length += QVS::EncodeUtf8(u >= 0xD800 && u <= 0xDFFF ? REPLACEMENT_CHARACTER : u,
+                                  &name[length]);
     }
+    name.resize(length);
     return name;
 }
 
