@@ -508,7 +508,7 @@ if "rtf_no_root" in documents:
                                              "status_name": "zERR_XML_TAG_NOT_FOUND",
                                              "offset": None})
     expect(c, "totals", doc["totals"], {"messages": 0, "tod_items": 0, "ignored_tod_items": 0,
-                                        "action_items": 0})
+                                        "action_items": 0, "unreadable_action_items": 0})
 
 if "rtf_messages_every_severity" in documents:
     c = "rtf_messages_every_severity"

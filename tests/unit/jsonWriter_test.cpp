@@ -71,7 +71,20 @@ TEST(JsonWriter, EscapesOfRfc8259) {
     EXPECT_EQ("plain", escaped("plain"));
     EXPECT_EQ("\\\"q\\\" \\\\ \\n\\t\\r\\b\\f", escaped("\"q\" \\ \n\t\r\b\f"));
     EXPECT_EQ("\\u0000\\u001b\\u001f", escaped(std::string("\0\x1b\x1f", 3)));
-    EXPECT_EQ("\x7f/", escaped("\x7f/")); // DEL and the solidus need no escape
+    EXPECT_EQ("/", escaped("/")); // the solidus needs no escape
+}
+
+// JSON allows DEL and the C1 controls as they are; they are escaped all the
+// same, so that a document is the same bytes wherever it goes and safe to
+// show on a terminal.
+TEST(JsonWriter, DelAndTheC1ControlsAreEscapedByTheirCodePoints) {
+    EXPECT_EQ("a\\u007fb", escaped("a\x7f" "b"));
+    EXPECT_EQ("\\u0080\\u009b\\u009f", escaped("\xc2\x80\xc2\x9b\xc2\x9f"));
+    // The characters around them are not controls.
+    EXPECT_EQ("~\xc2\xa0\xc2\xbf", escaped("~\xc2\xa0\xc2\xbf"));
+    // Among plain text long enough for the sixteen-byte scan.
+    EXPECT_EQ(std::string(20, 'x') + "\\u007f" + std::string(20, 'y'),
+              escaped(std::string(20, 'x') + "\x7f" + std::string(20, 'y')));
 }
 
 TEST(JsonWriter, ValidUtf8StaysAsItIs) {

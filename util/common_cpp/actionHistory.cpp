@@ -285,7 +285,25 @@ unsigned GetTagContents(const std::string& text, const std::string& tag, std::st
     return 0;
 }
 
-unsigned LocateTagInclusive(const std::string& text, const std::string& tag, unsigned long start,
+unsigned LocateTagContents(std::string_view text, const std::string& tag, unsigned long start,
+                           unsigned long* first, unsigned long* last, unsigned long* endPos) {
+    if (tag.empty())
+        return QVS::zERR_XML_TAG_NOT_FOUND;
+    const RuntimeTags tags(tag);
+    std::string_view::size_type begin = 0;
+    std::string_view::size_type close = 0;
+    std::string_view::size_type end = 0;
+    unsigned status = locateContents(text, start, tags.pair, &begin, &close, &end);
+    if (status != 0)
+        return status;
+    *first = static_cast<unsigned long>(begin);
+    *last = static_cast<unsigned long>(close);
+    if (endPos)
+        *endPos = static_cast<unsigned long>(end);
+    return 0;
+}
+
+unsigned LocateTagInclusive(std::string_view text, const std::string& tag, unsigned long start,
                             unsigned long* first, unsigned long* endPos) {
     if (tag.empty())
         return QVS::zERR_XML_TAG_NOT_FOUND;

@@ -33,8 +33,14 @@ unsigned GetTagContentsInclusive(const std::string& text, const std::string& tag
 
 // GetTagContentsInclusive without the copy: `*first` is the position of the
 // opening tag and `*endPos` the position just after the closing tag.
-unsigned LocateTagInclusive(const std::string& text, const std::string& tag, unsigned long start,
+unsigned LocateTagInclusive(std::string_view text, const std::string& tag, unsigned long start,
                             unsigned long* first, unsigned long* endPos);
+
+// GetTagContents without the copy: the contents are [*first, *last) of
+// `text` (CDATA unwrapped likewise) and `*endPos` is just after the closing
+// tag.
+unsigned LocateTagContents(std::string_view text, const std::string& tag, unsigned long start,
+                           unsigned long* first, unsigned long* last, unsigned long* endPos);
 
 // An object that the rebuild truncated or deleted.
 class TODItem {

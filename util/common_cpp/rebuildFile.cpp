@@ -132,10 +132,8 @@ void RebuildFile::Load() {
     try {
         // Room for the whole file up front keeps the peak near its size.
         struct stat info;
-        if (fstat(fileno(file), &info) == 0 && S_ISREG(info.st_mode) && info.st_size > 0) {
-            text.reserve(static_cast<std::string::size_type>(info.st_size));
-            adviseHugePages(text.data(), text.capacity());
-        }
+        if (fstat(fileno(file), &info) == 0 && S_ISREG(info.st_mode) && info.st_size > 0)
+            ReserveFor(static_cast<unsigned long long>(info.st_size));
         // Blocks of whole chunks: a block starts at a multiple of the chunk
         // size, so its chunks are the ones a read of one chunk at a time
         // would give (fread fills a block unless the file ends or fails).
@@ -168,6 +166,22 @@ void RebuildFile::Load() {
         throw QVSError("Require tag <rebuildLog> is missing", static_cast<int>(status),
                        LS_LOC("util/common_cpp/rebuildFile", 138));
     }
+}
+
+// The file's size is only what it may hold: zero bytes are dropped, so a
+// file that would fit must not fail for want of room reserved up front.
+// When the room cannot be had, the text grows as it is read instead.
+void RebuildFile::ReserveFor(unsigned long long size) {
+    if (size > text.max_size())
+        return;
+    try {
+        text.reserve(static_cast<std::string::size_type>(size));
+    } catch (const std::bad_alloc&) {
+        return;
+    } catch (const std::length_error&) {
+        return;
+    }
+    adviseHugePages(text.data(), text.capacity());
 }
 
 // Appends the chunks of one block, each up to its first zero byte (a zero
@@ -257,7 +271,7 @@ unsigned long RebuildFile::ProcessTODItems(const char* channelArg) {
         try {
             channel.emplace(flags, channelArg);
         } catch (const std::exception& e) {
-            printer->ChannelFailure(e.what());
+            printer->ChannelFailure(e);
             return static_cast<unsigned>(QVS::zERR_BAD_PARAMETER_VALUE);
         }
         const NameLookup_s lookup =
@@ -381,8 +395,8 @@ void RebuildTextPrinter::TODItemShown(TODItem const& item, NameLookup_s const* l
         << "\n";
 }
 
-void RebuildTextPrinter::ChannelFailure(char const* reason) {
-    out << "Unable to create VFSManageCmd:  " << reason << "\n";
+void RebuildTextPrinter::ChannelFailure(std::exception const& failure) {
+    out << "Unable to create VFSManageCmd:  " << failure.what() << "\n";
 }
 
 void RebuildTextPrinter::TODItemsEnd(unsigned long found, unsigned long ignored, unsigned,

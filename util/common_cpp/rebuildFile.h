@@ -48,6 +48,7 @@ public:
 
 private:
     void Load();
+    void ReserveFor(unsigned long long size);
     void AppendChunks(const char* block, size_t size);
     unsigned CheckRootElement() const;
     void ReportMemoryFailure();

@@ -3,7 +3,10 @@
 
 #include "util/common_cpp/jsonFields.h"
 #include "util/common_cpp/rebuildFile.h"
+#include "util/support/memoryReserve.h"
 #include "util/support/qvsStatus.h"
+
+#include <new>
 
 #include <string>
 
@@ -62,48 +65,64 @@ void RebuildJson::WriteActionItem(JsonWriter& writer, ActionItem const& item) {
     json.End();
 }
 
-RebuildJsonPrinter::RebuildJsonPrinter(JsonWriter& writer) : json(writer) {}
+RebuildJsonPrinter::RebuildJsonPrinter(JsonWriter& writer) : json(writer), depth(writer.Depth()) {}
 
 RebuildJsonPrinter::~RebuildJsonPrinter() = default;
 
 void RebuildJsonPrinter::MessagesStart() {
     json.Key("messages");
     json.BeginArray();
+    messageWalk = Walk::OPEN;
 }
 
 void RebuildJsonPrinter::Message(MessageItem const& item) {
+    // Between two rows: where the work can stop with the document whole.
+    QVS::MemoryReserve::Check();
     ++messages;
     writeMessage(json, item);
 }
 
-void RebuildJsonPrinter::Stopped(unsigned walkStatus, unsigned long walkPosition,
-                                 char const* what) {
+void RebuildJsonPrinter::Stopped(unsigned walkStatus, bool atPosition,
+                                 unsigned long walkPosition, std::string const& what) {
     if (walkStatus == 0 || status != 0)
         return;
     status = walkStatus;
     position = walkPosition;
-    hasPosition = true;
+    hasPosition = atPosition;
     failure = what;
 }
 
 void RebuildJsonPrinter::MessagesEnd(unsigned long found, unsigned walkStatus,
                                      unsigned long walkPosition) {
-    json.EndArray();
+    EndMessages(found, walkStatus, walkStatus == 0 ? END_OF_LIST : DAMAGED_ITEM);
+    Stopped(walkStatus, true, walkPosition, "the message walk stopped at a damaged item");
+}
+
+void RebuildJsonPrinter::EndMessages(unsigned long found, unsigned walkStatus,
+                                     char const* endedBy) {
+    // An array the document's CloseTo has ended already is not ended again.
+    if (json.Depth() > depth)
+        json.EndArray();
+    messageWalk = Walk::ENDED;
     json.Key("message_walk");
     json.BeginObject(true);
     json.Quantity("count", found);
+    json.Member("ended_by", endedBy);
     JsonFields::StatusMember(json, "status", walkStatus);
     json.EndObject();
-    Stopped(walkStatus, walkPosition, "the message walk stopped at a damaged item");
+}
+
+void RebuildJsonPrinter::BeginTODItems() {
+    json.Key("tod_items");
+    json.BeginArray();
+    todWalk = Walk::OPEN;
 }
 
 void RebuildJsonPrinter::WriteTODItem(TODItem const& item, bool isIgnored,
                                       NameLookup_s const* lookup) {
-    if (!todOpen) {
-        json.Key("tod_items");
-        json.BeginArray();
-        todOpen = true;
-    }
+    QVS::MemoryReserve::Check();
+    if (todWalk == Walk::NOT_BEGUN)
+        BeginTODItems();
     ++todItems;
     json.BeginObject(true);
     TOD_ITEM_FIELDS(ITEM_JSON_FIELD)
@@ -150,38 +169,67 @@ void RebuildJsonPrinter::TODItemShown(TODItem const& item, NameLookup_s const* l
     WriteTODItem(item, false, lookup);
 }
 
-void RebuildJsonPrinter::ChannelFailure(char const* reason) {
-    if (status == 0) {
-        status = QVS::zERR_BAD_PARAMETER_VALUE;
-        failure = std::string("Unable to create VFSManageCmd: ") + reason;
-    }
+void RebuildJsonPrinter::ChannelFailure(std::exception const& e) {
+    const bool outOfMemory = dynamic_cast<std::bad_alloc const*>(&e) != nullptr;
+    channelStatus = outOfMemory ? QVS::zERR_NO_MEMORY : QVS::zERR_BAD_PARAMETER_VALUE;
+    Stopped(channelStatus, false, 0, std::string("Unable to create VFSManageCmd: ") + e.what());
 }
 
 void RebuildJsonPrinter::TODItemsEnd(unsigned long found, unsigned long ignoredItems,
                                      unsigned walkStatus, unsigned long walkPosition) {
-    EndTODItems(found, ignoredItems, true, walkStatus);
-    Stopped(walkStatus, walkPosition, "the TOD walk stopped at a damaged item");
+    EndTODItems(found, ignoredItems, walkStatus, walkStatus == 0 ? END_OF_LIST : DAMAGED_ITEM);
+    Stopped(walkStatus, true, walkPosition, "the TOD walk stopped at a damaged item");
 }
 
 void RebuildJsonPrinter::Close() {
-    if (!todEnded)
-        EndTODItems(todItems, ignored, false, status);
+    if (messageWalk == Walk::NOT_BEGUN) {
+        json.Key("messages");
+        json.BeginArray();
+        json.EndArray();
+        messageWalk = Walk::ENDED;
+    }
+    if (todWalk == Walk::ENDED)
+        return;
+    if (channelStatus != 0) {
+        // The walk stopped at once: its status is the channel's.
+        EndTODItems(todItems, ignored, channelStatus,
+                    channelStatus == QVS::zERR_NO_MEMORY ? OUT_OF_MEMORY : NO_CHANNEL);
+        return;
+    }
+    if (todWalk == Walk::NOT_BEGUN) {
+        json.Key("tod_items");
+        json.BeginArray();
+        json.EndArray();
+        todWalk = Walk::ENDED;
+    }
+}
+
+void RebuildJsonPrinter::Abandon(unsigned abandonStatus, std::string const& what) {
+    json.CloseTo(depth);
+    char const* endedBy = abandonStatus == QVS::zERR_NO_MEMORY ? OUT_OF_MEMORY : FAILURE;
+    if (messageWalk == Walk::OPEN)
+        EndMessages(messages, abandonStatus, endedBy);
+    else if (todWalk == Walk::OPEN)
+        EndTODItems(todItems, ignored, abandonStatus, endedBy);
+    Stopped(abandonStatus, false, 0, what);
+    Close();
 }
 
 void RebuildJsonPrinter::EndTODItems(unsigned long found, unsigned long ignoredItems,
-                                     bool complete, long walkStatus) {
-    if (!todOpen) {
-        json.Key("tod_items");
-        json.BeginArray();
-    }
-    json.EndArray();
-    todOpen = false;
-    todEnded = true;
+                                     unsigned walkStatus, char const* endedBy) {
+    if (todWalk == Walk::NOT_BEGUN)
+        BeginTODItems();
+    if (json.Depth() > depth)
+        json.EndArray();
+    todWalk = Walk::ENDED;
     json.Key("tod_walk");
     json.BeginObject(true);
     json.Quantity("count", found);
     json.Quantity("ignored", ignoredItems);
-    json.Member("complete", complete);
+    // Whether the walk came to its end call at all: a damaged item ends it
+    // as well as the list's end does; "ended_by" tells them apart.
+    json.Member("complete", endedBy == END_OF_LIST || endedBy == DAMAGED_ITEM);
+    json.Member("ended_by", endedBy);
     JsonFields::StatusMember(json, "status", walkStatus);
     json.EndObject();
 }

@@ -14,6 +14,14 @@
 // "tod_items" and "tod_walk"; the caller writes the rest.
 class RebuildJsonPrinter : public RebuildPrinter {
 public:
+    // How a walk ended, as its "ended_by" member says.
+    static constexpr char const* END_OF_LIST = "end_of_list";
+    static constexpr char const* DAMAGED_ITEM = "damaged_item";
+    static constexpr char const* NO_CHANNEL = "no_channel";
+    static constexpr char const* OUT_OF_MEMORY = "out_of_memory";
+    static constexpr char const* FAILURE = "failure";
+
+    // Its members go into the object open in `json` now.
     explicit RebuildJsonPrinter(QVS::JsonWriter& json);
     ~RebuildJsonPrinter() override;
 
@@ -22,13 +30,18 @@ public:
     void MessagesEnd(unsigned long found, unsigned status, unsigned long position) override;
     void IgnoredTODItem(TODItem const& item) override;
     void TODItemShown(TODItem const& item, NameLookup_s const* lookup) override;
-    void ChannelFailure(char const* reason) override;
+    void ChannelFailure(std::exception const& failure) override;
     void TODItemsEnd(unsigned long found, unsigned long ignored, unsigned status,
                      unsigned long position) override;
 
-    // Ends what a walk that stopped at once left open ("tod_items" after a
-    // channel failure), with its walk summary.
+    // Ends what the walks left open ("tod_items" after a channel failure,
+    // with its walk summary) and writes the empty lists of walks that never
+    // began (a log that could not be loaded).
     void Close();
+    // After an exception out of a walk (`status` 20000 when memory ran
+    // out): closes what was open in the document, ends the open walk with
+    // that status, and then as Close.
+    void Abandon(unsigned status, std::string const& what);
 
     // What the walks saw, for the document's totals and error.
     unsigned long Messages() const { return messages; }
@@ -42,15 +55,25 @@ public:
     std::string const& Failure() const { return failure; }
 
 private:
+    enum class Walk { NOT_BEGUN, OPEN, ENDED };
+
     void WriteTODItem(TODItem const& item, bool isIgnored, NameLookup_s const* lookup);
+    void BeginTODItems();
+    void EndMessages(unsigned long found, unsigned walkStatus, char const* endedBy);
     // Closes the TOD item list and writes its walk's counts and status.
-    void EndTODItems(unsigned long found, unsigned long ignoredItems, bool complete,
-                     long walkStatus);
-    void Stopped(unsigned walkStatus, unsigned long walkPosition, char const* what);
+    void EndTODItems(unsigned long found, unsigned long ignoredItems, unsigned walkStatus,
+                     char const* endedBy);
+    // Keeps the first status that ended a walk, with where and why.
+    void Stopped(unsigned walkStatus, bool atPosition, unsigned long walkPosition,
+                 std::string const& what);
 
     QVS::JsonWriter& json;
-    bool todOpen = false;
-    bool todEnded = false;
+    // The depth of the document object the members go into.
+    const std::size_t depth;
+    Walk messageWalk = Walk::NOT_BEGUN;
+    Walk todWalk = Walk::NOT_BEGUN;
+    // The status of a channel failure, which stops the TOD walk at once.
+    unsigned channelStatus = 0;
     unsigned long messages = 0;
     unsigned long todItems = 0;
     unsigned long ignored = 0;

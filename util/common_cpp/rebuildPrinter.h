@@ -4,6 +4,7 @@
 #ifndef UTIL_COMMON_CPP_REBUILDPRINTER_H
 #define UTIL_COMMON_CPP_REBUILDPRINTER_H
 
+#include <exception>
 #include <memory>
 #include <ostream>
 #include <string>
@@ -35,10 +36,10 @@ public:
     // the answer of its name lookup (null when names are not looked up), and
     // the end with the counts and 0 or the status that ended the walk. A
     // management channel that cannot be had ends the walk at once, without
-    // its end.
+    // its end; `failure` is what its constructor threw.
     virtual void IgnoredTODItem(TODItem const& item) = 0;
     virtual void TODItemShown(TODItem const& item, NameLookup_s const* lookup) = 0;
-    virtual void ChannelFailure(char const* reason) = 0;
+    virtual void ChannelFailure(std::exception const& failure) = 0;
     virtual void TODItemsEnd(unsigned long found, unsigned long ignored, unsigned status,
                              unsigned long position) = 0;
 };
@@ -55,7 +56,7 @@ public:
     void MessagesEnd(unsigned long found, unsigned status, unsigned long position) override;
     void IgnoredTODItem(TODItem const& item) override;
     void TODItemShown(TODItem const& item, NameLookup_s const* lookup) override;
-    void ChannelFailure(char const* reason) override;
+    void ChannelFailure(std::exception const& failure) override;
     void TODItemsEnd(unsigned long found, unsigned long ignored, unsigned status,
                      unsigned long position) override;
 

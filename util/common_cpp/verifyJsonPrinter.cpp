@@ -4,6 +4,7 @@
 
 #include "util/common_cpp/verifyFile.h"
 #include "util/common_cpp/verifyFileOutput.h"
+#include "util/support/memoryReserve.h"
 #include "util/support/qvsError.h"
 #include "util/support/qvsLib.h"
 
@@ -219,18 +220,22 @@ template <typename List> void writeList(JsonWriter& json, List const& list) {
     json.Quantity("count", list.count);
     json.Key("rows");
     json.BeginArray();
-    for (auto const& record : list.records)
+    for (auto const& record : list.records) {
+        QVS::MemoryReserve::Check();
         writeRow(json, record);
+    }
     json.EndArray();
 }
 
 } // namespace
 
-VerifyJsonPrinter::VerifyJsonPrinter(JsonWriter& writer) : json(writer) {}
+VerifyJsonPrinter::VerifyJsonPrinter(JsonWriter& writer) : json(writer), depth(writer.Depth()) {}
 
 VerifyJsonPrinter::~VerifyJsonPrinter() = default;
 
 void VerifyJsonPrinter::BeginSection(char const* kind) {
+    // Between two sections: where the work can stop with the document whole.
+    QVS::MemoryReserve::Check();
     ++sections;
     json.BeginObject();
     json.Member("section", kind);
@@ -270,18 +275,21 @@ void VerifyJsonPrinter::Volume(ZVP_LVStats_s const& volume) {
 
 void VerifyJsonPrinter::Actions(ActionStats const& list) {
     BeginSection("actions");
+    actionRows += list.records.size();
     writeList(json, list);
     json.EndObject();
 }
 
 void VerifyJsonPrinter::Conflicts(ConflictBlocksStats const& list) {
     BeginSection("conflicts");
+    conflictRows += list.records.size();
     writeList(json, list);
     json.EndObject();
 }
 
 void VerifyJsonPrinter::Skipped(LVSkippedStats const& list) {
     BeginSection("skipped_volumes");
+    skippedVolumeRows += list.records.size();
     writeList(json, list);
     json.EndObject();
 }
@@ -301,7 +309,8 @@ void VerifyJsonPrinter::BeginList(char const* kind, char const* title, uint32_t 
         BeginList(VerifyJson::ListKind(none), title, count);                                                \
     }                                                                                           \
     void VerifyJsonPrinter::ListRow(Record const& row) {                                        \
-        ++listRows;                                                                             \
+        QVS::MemoryReserve::Check();                                                            \
+        ++problemListRows;                                                                      \
         writeRow(json, row);                                                                    \
     }
 VF_VARIABLE_RECORDS(VF_JSON_LIST_METHODS)
@@ -315,10 +324,13 @@ void VerifyJsonPrinter::ListEnd() {
 }
 
 void VerifyJsonPrinter::Close() {
-    if (!listOpen)
-        return;
-    json.EndArray();
-    json.Member("complete", false);
-    json.EndObject();
-    listOpen = false;
+    if (listOpen) {
+        // Down to the list's rows array: its section object, then the rows.
+        json.CloseTo(depth + 2);
+        json.EndArray();
+        json.Member("complete", false);
+        json.EndObject();
+        listOpen = false;
+    }
+    json.CloseTo(depth);
 }

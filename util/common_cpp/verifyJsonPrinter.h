@@ -15,6 +15,7 @@
 // read, in file order; the caller opens and closes that array.
 class VerifyJsonPrinter : public VerifyPrinter {
 public:
+    // The "sections" array is the container open in `json` now.
     explicit VerifyJsonPrinter(QVS::JsonWriter& json);
     ~VerifyJsonPrinter() override;
 
@@ -31,13 +32,17 @@ public:
 #undef VF_JSON_LIST_METHODS
     void ListEnd() override;
 
-    // Closes a list that a failed read left open.
+    // Closes a list that a failed read left open, and whatever an exception
+    // left open inside the "sections" array.
     void Close();
 
     // What was seen, for the document's totals and exit status.
     unsigned Sections() const { return sections; }
     unsigned Volumes() const { return volumes; }
-    uint64_t ListRows() const { return listRows; }
+    uint64_t ProblemListRows() const { return problemListRows; }
+    uint64_t ActionRows() const { return actionRows; }
+    uint64_t ConflictRows() const { return conflictRows; }
+    uint64_t SkippedVolumeRows() const { return skippedVolumeRows; }
     // Whether the pool record or a volume record has an error bit set.
     bool ErrorsFound() const { return errorsFound; }
 
@@ -47,10 +52,15 @@ private:
     void BeginList(char const* kind, char const* title, uint32_t count);
 
     QVS::JsonWriter& json;
+    // The depth of the "sections" array.
+    const std::size_t depth;
     bool listOpen = false;
     unsigned sections = 0;
     unsigned volumes = 0;
-    uint64_t listRows = 0;
+    uint64_t problemListRows = 0;
+    uint64_t actionRows = 0;
+    uint64_t conflictRows = 0;
+    uint64_t skippedVolumeRows = 0;
     bool errorsFound = false;
 };
 

@@ -9,6 +9,7 @@
 #include "util/common_cpp/verifyJsonPrinter.h"
 #include "util/logsift/logsiftView.h"
 #include "util/support/jsonWriter.h"
+#include "util/support/memoryReserve.h"
 #include "util/support/qvsError.h"
 #include "util/support/qvsLib.h"
 #include "util/support/qvsStatus.h"
@@ -17,8 +18,11 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <new>
+#include <ostream>
 #include <sstream>
 #include <string>
+#include <string_view>
 
 #include <sys/stat.h>
 
@@ -69,23 +73,57 @@ void begin(JsonWriter& json, const char* kind, const Source& source) {
 }
 
 // The reader's own messages (what logsift would print among the report's
-// lines), one line each.
-void readerMessages(JsonWriter& json, const std::string& text) {
+// lines), kept as they are written and read back in place: there is no
+// copy to make when memory has run out.
+class ReaderMessages : public std::ostream {
+public:
+    ReaderMessages() : std::ostream(&buffer) {}
+    std::string_view Text() const { return buffer.Text(); }
+
+private:
+    struct Buffer : std::stringbuf {
+        std::string_view Text() const {
+            return std::string_view(pbase(), static_cast<std::size_t>(pptr() - pbase()));
+        }
+    };
+    Buffer buffer;
+};
+
+// One line each.
+void readerMessages(JsonWriter& json, std::string_view text) {
     json.Key("reader_messages");
     json.BeginArray();
     std::size_t start = 0;
     while (start < text.size()) {
         std::size_t end = text.find('\n', start);
-        if (end == std::string::npos)
+        if (end == std::string_view::npos)
             end = text.size();
         if (end > start)
-            json.String(std::string_view(text).substr(start, end - start));
+            json.String(text.substr(start, end - start));
         start = end + 1;
     }
     json.EndArray();
 }
 
-void errorMember(JsonWriter& json, long status, const std::string& message, long long offset) {
+const char OUT_OF_MEMORY_TEXT[] = "out of memory";
+
+// The first failure of a document: its status, what it was, and where in
+// the file reading stopped (-1 when it did not stop at a place).
+struct Outcome {
+    unsigned status = 0;
+    std::string failure;
+    long long offset = -1;
+
+    void Note(unsigned what, std::string_view text, long long at = -1) {
+        if (status != 0 || what == 0)
+            return;
+        status = what;
+        failure.assign(text);
+        offset = at;
+    }
+};
+
+void errorMember(JsonWriter& json, long status, std::string_view message, long long offset) {
     json.Key("error");
     json.BeginObject();
     JsonFields::StatusMember(json, "status", status);
@@ -135,10 +173,10 @@ bool computeCrc(const std::string& path, uint32_t& stored, uint32_t& computed) {
     stored = static_cast<uint32_t>(storedBytes[0] | (storedBytes[1] << 8) | (storedBytes[2] << 16) |
                                    (static_cast<uint32_t>(storedBytes[3]) << 24));
     unsigned crc = 0xFFFFFFFFu;
-    std::unique_ptr<unsigned char[]> block(new unsigned char[CRC_BLOCK_SIZE]);
+    unsigned char block[CRC_BLOCK_SIZE];
     size_t got;
-    while (ok && (got = std::fread(block.get(), 1, CRC_BLOCK_SIZE, file)) > 0)
-        crc = QVS::updateCRC(crc, block.get(), got);
+    while (ok && (got = std::fread(block, 1, CRC_BLOCK_SIZE, file)) > 0)
+        crc = QVS::updateCRC(crc, block, got);
     ok = ok && !std::ferror(file);
     std::fclose(file);
     computed = ~crc;
@@ -168,107 +206,195 @@ int verifyReport(const Source& source, const Options& options, std::ostream& out
     JsonWriter json(out);
     begin(json, "verify_report", source);
     crcMember(json, source.path);
-    std::ostringstream messages;
+    ReaderMessages messages;
     std::unique_ptr<VerifyFile> reader;
-    std::string openFailure;
-    unsigned status = QVS::zERR_BAD_PARAMETER_VALUE;
+    Outcome outcome;
     if (source.path.empty()) {
-        status = QVS::STATUS_NO_MATCHING_FILE;
-        openFailure = noFile(source, "verify report");
+        outcome.Note(QVS::STATUS_NO_MATCHING_FILE, noFile(source, "verify report"));
     } else {
         try {
             reader.reset(new VerifyFile(source.path, messages, options.debugMask));
+        } catch (const std::bad_alloc&) {
+            outcome.Note(QVS::zERR_NO_MEMORY, OUT_OF_MEMORY_TEXT);
         } catch (const std::exception& e) {
-            openFailure = e.what();
+            outcome.Note(QVS::zERR_BAD_PARAMETER_VALUE, e.what());
         }
     }
-    VerifyJsonPrinter printer(json);
-    long long offset = -1;
     json.Key("sections");
-    const std::size_t depth = json.Depth();
     json.BeginArray();
+    VerifyJsonPrinter printer(json);
     if (reader) {
         reader->SetPrinter(printer);
+        unsigned status = 0;
+        std::string failure;
         try {
             status = reader->ReadAndValidateSectionAll();
+        } catch (const std::bad_alloc&) {
+            status = QVS::zERR_NO_MEMORY;
+            failure = OUT_OF_MEMORY_TEXT;
         } catch (const std::exception& e) {
-            json.CloseTo(depth + 1);
-            openFailure = e.what();
             status = QVS::zERR_BAD_PARAMETER_VALUE;
+            failure = e.what();
         }
         printer.Close();
-        if (reader->file != nullptr)
-            offset = ftello(reader->file);
+        const long long offset = reader->file != nullptr ? ftello(reader->file) : -1;
+        outcome.Note(status, failure.empty() ? describe(status) : failure, offset);
     }
     json.EndArray();
     json.Key("totals");
     json.BeginObject(true);
     json.Quantity("sections", printer.Sections());
     json.Quantity("volumes", printer.Volumes());
-    json.Quantity("list_rows", printer.ListRows());
+    // "list_rows" counted the problem lists' rows only; kept for the
+    // documents' readers, beside the names that say what they count.
+    json.Quantity("list_rows", printer.ProblemListRows());
+    json.Quantity("problem_list_rows", printer.ProblemListRows());
+    json.Quantity("action_rows", printer.ActionRows());
+    json.Quantity("conflict_rows", printer.ConflictRows());
+    json.Quantity("skipped_volume_rows", printer.SkippedVolumeRows());
     json.EndObject();
     json.Key("outcome");
     json.BeginObject(true);
-    JsonFields::StatusMember(json, "status", status);
+    JsonFields::StatusMember(json, "status", outcome.status);
     json.Member("errors_found", printer.ErrorsFound());
     json.EndObject();
-    readerMessages(json, messages.str());
-    if (status != 0)
-        errorMember(json, status, openFailure.empty() ? describe(status) : openFailure, offset);
+    readerMessages(json, messages.Text());
+    if (outcome.status != 0)
+        errorMember(json, outcome.status, outcome.failure, outcome.offset);
     end(json);
-    return (status != 0 ? EXIT_NOT_READ : 0) | (printer.ErrorsFound() ? EXIT_ERRORS_FOUND : 0);
+    return (outcome.status != 0 ? EXIT_NOT_READ : 0) |
+           (printer.ErrorsFound() ? EXIT_ERRORS_FOUND : 0);
 }
 
 const char ACTION_HISTORY_TAG[] = "<actionHistory>";
 
-// Every action item of the history, in file order.
-void actionItems(JsonWriter& json, const std::string& text, unsigned long& count) {
-    json.Key("action_items");
-    json.BeginArray();
-    std::string history;
-    if (GetTagContents(text, ACTION_HISTORY_TAG, history, 0, nullptr) == 0) {
-        unsigned long position = 0;
+// The walk over the action history: every item that can be read is written,
+// and one that cannot is reported and passed over (its end is known); an
+// item or a history without its closing tag ends the walk.
+class ActionWalk {
+public:
+    ActionWalk(JsonWriter& writer, std::ostream& readerMessages)
+        : json(writer), messages(readerMessages) {}
+
+    // Writes "action_items" and "action_walk".
+    void Run(std::string const& text) {
+        json.Key("action_items");
+        const std::size_t depth = json.Depth();
+        json.BeginArray();
+        try {
+            Walk(text);
+        } catch (const std::bad_alloc&) {
+            json.CloseTo(depth + 1);
+            Stop(QVS::zERR_NO_MEMORY, RebuildJsonPrinter::OUT_OF_MEMORY, OUT_OF_MEMORY_TEXT, -1);
+        }
+        json.EndArray();
+        json.Key("action_walk");
+        json.BeginObject(true);
+        json.Quantity("count", count);
+        json.Quantity("unreadable", unreadable);
+        json.Member("ended_by", endedBy);
+        JsonFields::StatusMember(json, "status", status);
+        json.EndObject();
+    }
+
+    unsigned long Count() const { return count; }
+    unsigned long Unreadable() const { return unreadable; }
+    // The first status of an item that could not be read or that ended the
+    // walk, with what it was and where the item begins in the log's text.
+    unsigned Status() const { return status; }
+    std::string const& Failure() const { return failure; }
+    long long Position() const { return position; }
+
+private:
+    void Walk(std::string const& text) {
+        unsigned long first = 0;
+        unsigned long last = 0;
+        unsigned found = LocateTagContents(text, ACTION_HISTORY_TAG, 0, &first, &last, nullptr);
+        if (found == QVS::zERR_XML_TAG_NOT_FOUND)
+            return; // a log without an action history
+        if (found != 0) {
+            Stop(found, RebuildJsonPrinter::DAMAGED_ITEM, "the action history has no closing tag",
+                 static_cast<long long>(text.find(ACTION_HISTORY_TAG)));
+            return;
+        }
+        const std::string_view history = std::string_view(text).substr(first, last - first);
         std::string itemText;
-        while (GetTagContentsInclusive(history, ACTION_ITEM_TAG, itemText, position, &position) ==
-               0) {
+        unsigned long position = 0;
+        for (;;) {
+            QVS::MemoryReserve::Check();
+            unsigned long itemStart = 0;
+            unsigned long itemEnd = 0;
+            found = LocateTagInclusive(history, ACTION_ITEM_TAG, position, &itemStart, &itemEnd);
+            if (found == QVS::zERR_XML_TAG_NOT_FOUND)
+                return;
+            if (found != 0) {
+                Stop(found, RebuildJsonPrinter::DAMAGED_ITEM, "an action item has no closing tag",
+                     static_cast<long long>(first + history.find(ACTION_ITEM_TAG, position)));
+                return;
+            }
+            itemText.assign(history.substr(itemStart, itemEnd - itemStart));
             ActionItem item;
-            if (item.GetActionItem(itemText) != 0)
-                continue; // an item without its key is no action
-            ++count;
-            RebuildJson::WriteActionItem(json, item);
+            const unsigned read = item.GetActionItem(itemText);
+            if (read == 0) {
+                ++count;
+                RebuildJson::WriteActionItem(json, item);
+            } else {
+                ++unreadable;
+                const unsigned long at = first + itemStart;
+                const char* name = JsonFields::StatusName(read);
+                messages << "Action item at offset " << at << " could not be read: status " << read
+                         << " (" << (name ? name : "no name") << ")\n";
+                Stop(read, nullptr, "an action item could not be read",
+                     static_cast<long long>(at));
+            }
+            position = itemEnd;
         }
     }
-    json.EndArray();
-}
+
+    // Keeps the first failure; `ending` is how the walk ended, null when it
+    // goes on past the item.
+    void Stop(unsigned what, char const* ending, char const* text, long long at) {
+        if (ending != nullptr)
+            endedBy = ending;
+        if (status != 0)
+            return;
+        status = what;
+        failure = text;
+        position = at;
+    }
+
+    JsonWriter& json;
+    std::ostream& messages;
+    unsigned long count = 0;
+    unsigned long unreadable = 0;
+    unsigned status = 0;
+    char const* endedBy = RebuildJsonPrinter::END_OF_LIST;
+    std::string failure;
+    long long position = -1;
+};
 
 int rebuildLog(const Source& source, const Options& options, std::ostream& out) {
     JsonWriter json(out);
     begin(json, "rebuild_log", source);
     json.Member("lookups", options.lookup);
-    std::ostringstream messages;
+    ReaderMessages messages;
     std::unique_ptr<RebuildFile> log;
-    long loadStatus = 0;
-    std::string loadFailure;
+    Outcome outcome;
     if (source.path.empty()) {
-        loadStatus = QVS::STATUS_NO_MATCHING_FILE;
-        loadFailure = noFile(source, "rebuild log");
+        outcome.Note(QVS::STATUS_NO_MATCHING_FILE, noFile(source, "rebuild log"));
     } else {
         try {
             log.reset(new RebuildFile(source.path, messages, options.debugMask));
         } catch (const QVSError& e) {
-            loadStatus = e.status();
-            loadFailure = e.what();
+            outcome.Note(static_cast<unsigned>(e.status()), e.what());
+        } catch (const std::bad_alloc&) {
+            outcome.Note(QVS::zERR_NO_MEMORY, OUT_OF_MEMORY_TEXT);
         } catch (const std::exception& e) {
-            loadStatus = QVS::zERR_BAD_PARAMETER_VALUE;
-            loadFailure = e.what();
+            outcome.Note(QVS::zERR_BAD_PARAMETER_VALUE, e.what());
         }
     }
     RebuildJsonPrinter printer(json);
-    unsigned long actions = 0;
-    long status = loadStatus;
-    std::string failure = loadFailure;
-    long long offset = -1;
-    const std::size_t depth = json.Depth();
+    ActionWalk actions(json, messages);
     if (log) {
         log->SetPrinter(printer);
         try {
@@ -278,24 +404,16 @@ int rebuildLog(const Source& source, const Options& options, std::ostream& out) 
             else
                 log->DisplayTODItems();
             printer.Close();
+        } catch (const std::bad_alloc&) {
+            printer.Abandon(QVS::zERR_NO_MEMORY, OUT_OF_MEMORY_TEXT);
         } catch (const std::exception& e) {
-            json.CloseTo(depth);
-            failure = e.what();
-            status = QVS::zERR_BAD_PARAMETER_VALUE;
+            printer.Abandon(QVS::zERR_BAD_PARAMETER_VALUE, e.what());
         }
-        if (status == 0 && printer.Status() != 0) {
-            status = printer.Status();
-            failure = printer.Failure();
-            offset = printer.Position();
-        }
-        actionItems(json, log->Text(), actions);
+        outcome.Note(printer.Status(), printer.Failure(), printer.Position());
+        actions.Run(log->Text());
+        outcome.Note(actions.Status(), actions.Failure(), actions.Position());
     } else {
-        json.Key("messages");
-        json.BeginArray();
-        json.EndArray();
-        json.Key("tod_items");
-        json.BeginArray();
-        json.EndArray();
+        printer.Close();
         json.Key("action_items");
         json.BeginArray();
         json.EndArray();
@@ -305,17 +423,18 @@ int rebuildLog(const Source& source, const Options& options, std::ostream& out) 
     json.Quantity("messages", printer.Messages());
     json.Quantity("tod_items", printer.TODItems());
     json.Quantity("ignored_tod_items", printer.Ignored());
-    json.Quantity("action_items", actions);
+    json.Quantity("action_items", actions.Count());
+    json.Quantity("unreadable_action_items", actions.Unreadable());
     json.EndObject();
     json.Key("outcome");
     json.BeginObject(true);
-    JsonFields::StatusMember(json, "status", status);
+    JsonFields::StatusMember(json, "status", outcome.status);
     json.EndObject();
-    readerMessages(json, messages.str());
-    if (status != 0)
-        errorMember(json, status, failure, offset);
+    readerMessages(json, messages.Text());
+    if (outcome.status != 0)
+        errorMember(json, outcome.status, outcome.failure, outcome.offset);
     end(json);
-    return status != 0 ? EXIT_NOT_READ : 0;
+    return outcome.status != 0 ? EXIT_NOT_READ : 0;
 }
 
 } // namespace

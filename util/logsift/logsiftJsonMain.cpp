@@ -2,10 +2,13 @@
 // writes one verify report or rebuild log as one JSON document.
 #include "util/logsift/logsiftJson.h"
 #include "util/logsift/rvConfig.h"
+#include "util/support/memoryReserve.h"
 #include "util/support/outputWriter.h"
+#include "util/support/startup.h"
 
 #include <getopt.h>
 #include <iostream>
+#include <new>
 #include <string>
 
 namespace {
@@ -47,7 +50,7 @@ int usageError(const std::string& message) {
     return LogsiftJson::EXIT_COMMAND_LINE;
 }
 
-int run(int argc, char** argv) {
+int document(int argc, char** argv) {
     LogsiftJson::Options options;
     options.directory = DEFAULT_RAV_DIRECTORY;
     opterr = 1;
@@ -93,8 +96,25 @@ int run(int argc, char** argv) {
     return LogsiftJson::Newest(type == "rtfn", operand, options, std::cout);
 }
 
+// A document closes itself whole when memory runs out while it is made;
+// this is for what comes before one (the command line, the search).
+int run(int argc, char** argv) {
+    try {
+        return document(argc, argv);
+    } catch (const std::bad_alloc&) {
+        return QVS::OutOfMemory(PROGRAM, LogsiftJson::EXIT_NOT_READ);
+    }
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
-    return QVS::RunWithStandardOutput(PROGRAM, LogsiftJson::EXIT_NOT_READ, run, argc, argv);
+    if (!QVS::OpenClosedStandardDescriptors())
+        return QVS::StartFailure(PROGRAM, LogsiftJson::EXIT_NOT_READ);
+    try {
+        QVS::MemoryReserve::Install();
+        return QVS::RunWithStandardOutput(PROGRAM, LogsiftJson::EXIT_NOT_READ, run, argc, argv);
+    } catch (const std::bad_alloc&) {
+        return QVS::OutOfMemory(PROGRAM, LogsiftJson::EXIT_NOT_READ);
+    }
 }

@@ -2,13 +2,15 @@
 #include "util/logsift/logsiftView.h"
 #include "util/logsift/rvConfig.h"
 #include "util/support/outputWriter.h"
+#include "util/support/startup.h"
 
 #include <iostream>
+#include <new>
 
 namespace {
 
 // What happens after the command line is read; its result is the exit status.
-int run(int argc, char** argv) {
+int view(int argc, char** argv) {
     RVConfig cfg("logsift", "1.00");
     int result = cfg.ProcessCommandLine(std::cout, argc, argv);
     if (result != 0)
@@ -31,8 +33,24 @@ int run(int argc, char** argv) {
     return 0;
 }
 
+// The views report a lack of memory themselves; this is for what comes
+// before and between them (the command line, the settings, the search).
+int run(int argc, char** argv) {
+    try {
+        return view(argc, argv);
+    } catch (const std::bad_alloc&) {
+        return QVS::OutOfMemory("logsift", 1);
+    }
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
-    return QVS::RunWithStandardOutput("logsift", 1, run, argc, argv);
+    if (!QVS::OpenClosedStandardDescriptors())
+        return QVS::StartFailure("logsift", 1);
+    try {
+        return QVS::RunWithStandardOutput("logsift", 1, run, argc, argv);
+    } catch (const std::bad_alloc&) {
+        return QVS::OutOfMemory("logsift", 1);
+    }
 }

@@ -13,6 +13,9 @@ const char HEX_DIGITS[] = "0123456789abcdef";
 
 // U+FFFD in UTF-8: what a byte that begins no valid character becomes.
 const char REPLACEMENT[] = "\xef\xbf\xbd";
+// The C1 controls in UTF-8: 0xC2 followed by 0x80 to 0x9F.
+const unsigned char C1_LEAD = 0xC2;
+const unsigned char C1_LAST = 0x9F;
 
 // The length of the valid UTF-8 character that begins `text`, or 0.
 std::size_t validCharacter(std::string_view text) {
@@ -66,7 +69,11 @@ std::size_t JsonWriter::PlainLength(std::string_view text) {
 }
 
 JsonWriter::JsonWriter(std::ostream& output)
-    : out(output), buffer(new char[BUFFER_SIZE]), capacity(BUFFER_SIZE) {}
+    : out(output), buffer(new char[BUFFER_SIZE]), capacity(BUFFER_SIZE) {
+    // Room for any nesting a document has, so that writing allocates
+    // nothing: a document is closed whole even when memory has run out.
+    open.reserve(NESTING_RESERVED);
+}
 
 JsonWriter::~JsonWriter() {
     if (used == 0)
@@ -84,12 +91,11 @@ void JsonWriter::Drain() {
 }
 
 void JsonWriter::MakeRoom(std::size_t n) {
+    // Pieces larger than the buffer go in by PutLong, never by a larger
+    // buffer: nothing is allocated once the writer is built.
+    if (n > capacity)
+        throw std::logic_error("JSON piece larger than the writer's buffer");
     Drain();
-    if (n > capacity) {
-        // A piece larger than the buffer: a buffer of its size, for now.
-        buffer.reset(new char[n]);
-        capacity = n;
-    }
 }
 
 void JsonWriter::NewLine(std::size_t depth) {
@@ -126,15 +132,28 @@ std::string JsonWriter::QuoteKey(std::string_view name) {
 
 void JsonWriter::Escape(std::string_view text) {
     // Most text is plain: it is copied as it is scanned, and goes in whole.
-    char* const at = At(text.size());
-    if (PlainCopy(text, at) == text.size()) {
-        used += text.size();
-        return;
+    if (text.size() <= capacity) {
+        char* const at = At(text.size());
+        if (PlainCopy(text, at) == text.size()) {
+            used += text.size();
+            return;
+        }
     }
-    // Something to escape: the copy begun is left unused.
-    std::string escaped;
-    AppendEscaped(text, escaped);
-    Put(escaped.data(), escaped.size());
+    // Something to escape, or more than the buffer holds: the copy begun is
+    // left unused, and the text goes in piece by piece, nothing allocated.
+    EscapeInto(text, [this](const char* piece, std::size_t n) { PutLong(piece, n); });
+}
+
+void JsonWriter::PutLong(const char* bytes, std::size_t n) {
+    while (n > 0) {
+        if (used == capacity)
+            Drain();
+        const std::size_t piece = n < capacity - used ? n : capacity - used;
+        std::memcpy(buffer.get() + used, bytes, piece);
+        used += piece;
+        bytes += piece;
+        n -= piece;
+    }
 }
 
 void JsonWriter::Quantity(std::string_view key, uint64_t value) {
@@ -163,6 +182,10 @@ void JsonWriter::Finish() {
 }
 
 void JsonWriter::AppendEscaped(std::string_view text, std::string& out) {
+    EscapeInto(text, [&out](const char* piece, std::size_t n) { out.append(piece, n); });
+}
+
+template <typename Emit> void JsonWriter::EscapeInto(std::string_view text, Emit emit) {
     std::size_t run = 0; // [run, i) needs no escape
     std::size_t i = 0;
     const std::size_t size = text.size();
@@ -173,38 +196,44 @@ void JsonWriter::AppendEscaped(std::string_view text, std::string& out) {
         if (i == size)
             break;
         const unsigned char c = bytes[i];
+        std::size_t length = 1;
         if (c >= 0x80) {
-            const std::size_t length = validCharacter(text.substr(i));
-            if (length > 0) {
+            length = validCharacter(text.substr(i));
+            // A C1 control (U+0080 to U+009F) is escaped like the C0 ones,
+            // so that the document is safe to show as it is.
+            if (length > 1 && !(c == C1_LEAD && bytes[i + 1] <= C1_LAST)) {
                 i += length;
                 continue;
             }
         }
-        out.append(text.data() + run, i - run);
-        if (c >= 0x80) {
-            out.append(REPLACEMENT);
+        emit(text.data() + run, i - run);
+        if (c >= 0x80 && length == 0) {
+            emit(REPLACEMENT, sizeof REPLACEMENT - 1);
+            length = 1;
         } else if (c == '"' || c == '\\') {
-            out.push_back('\\');
-            out.push_back(static_cast<char>(c));
+            const char escaped[2] = {'\\', static_cast<char>(c)};
+            emit(escaped, 2);
         } else if (c == '\n') {
-            out.append("\\n");
+            emit("\\n", 2);
         } else if (c == '\t') {
-            out.append("\\t");
+            emit("\\t", 2);
         } else if (c == '\r') {
-            out.append("\\r");
+            emit("\\r", 2);
         } else if (c == '\b') {
-            out.append("\\b");
+            emit("\\b", 2);
         } else if (c == '\f') {
-            out.append("\\f");
+            emit("\\f", 2);
         } else {
-            out.append("\\u00");
-            out.push_back(HEX_DIGITS[c >> 4]);
-            out.push_back(HEX_DIGITS[c & 0xF]);
+            // Other controls, DEL and the C1 controls: by their code point.
+            const unsigned code = c >= 0x80 ? bytes[i + 1] : c;
+            const char escaped[6] = {'\\', 'u', '0', '0', HEX_DIGITS[code >> 4],
+                                     HEX_DIGITS[code & 0xF]};
+            emit(escaped, 6);
         }
-        ++i;
+        i += length;
         run = i;
     }
-    out.append(text.data() + run, text.size() - run);
+    emit(text.data() + run, text.size() - run);
 }
 
 } // namespace QVS

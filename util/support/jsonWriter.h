@@ -117,8 +117,10 @@ public:
 
     // `text` escaped as the contents of a JSON string (without the quotes),
     // appended to `out`: the escapes of RFC 8259 for '"', '\\' and the
-    // control characters, and U+FFFD for each byte that does not begin a
-    // valid UTF-8 character (overlong forms and surrogates included).
+    // control characters, \u007f for DEL and \u0080 to \u009f for the C1
+    // controls (so that a document is safe to show on a terminal as it is),
+    // and U+FFFD for each byte that does not begin a valid UTF-8 character
+    // (overlong forms and surrogates included).
     static void AppendEscaped(std::string_view text, std::string& out);
 
     // A one-line object written straight into the buffer: what BeginObject(true),
@@ -151,6 +153,15 @@ public:
             Put(quoted.data(), quoted.size());
         }
         QVS_ALWAYS_INLINE void String(std::string_view utf8) {
+            if (utf8.size() + 2 > json.capacity) {
+                // More than the buffer holds: written by the writer itself.
+                json.used = static_cast<std::size_t>(at - json.buffer.get());
+                json.Put('"');
+                json.Escape(utf8);
+                json.Put('"');
+                Reload();
+                return;
+            }
             Room(utf8.size() + 2);
             *at++ = '"';
             const std::size_t plain = PlainCopy(utf8, at);
@@ -249,9 +260,17 @@ private:
     }
     void MakeRoom(std::size_t n);
     void Put(const char* bytes, std::size_t n) {
+        if (n > capacity) {
+            PutLong(bytes, n);
+            return;
+        }
         Copy(At(n), bytes, n);
         used += n;
     }
+    // Any number of bytes, through the buffer in pieces of its size.
+    void PutLong(const char* bytes, std::size_t n);
+    // `text` escaped, handed to `emit` in pieces (see AppendEscaped).
+    template <typename Emit> static void EscapeInto(std::string_view text, Emit emit);
     // A copy without the call a memcpy of unknown length costs where it is
     // short (keys and numbers are, and are made a million times): up to 32
     // bytes in two overlapping moves of the largest width that fits.
@@ -278,18 +297,19 @@ private:
         std::memcpy(bytes, from, N);
         std::memcpy(to, bytes, N);
     }
-    // Plain are the bytes a string holds as they are: from 0x20 to 0x7f but
-    // '"' and '\\'. Control characters are escaped, and bytes from 0x80 on
-    // are checked as UTF-8.
+    // Plain are the bytes a string holds as they are: from 0x20 to 0x7e but
+    // '"' and '\\'. Control characters and DEL are escaped, and bytes from
+    // 0x80 on are checked as UTF-8.
     static constexpr bool IsPlain(unsigned char c) {
-        return c >= 0x20 && c < 0x80 && c != '"' && c != '\\';
+        return c >= 0x20 && c < 0x7F && c != '"' && c != '\\';
     }
 #ifdef __SSE2__
     // The bytes of `block` that are not plain, a bit each: a byte below 0x20
     // or from 0x80 on is below 0x20 as a signed byte.
     static QVS_INLINE unsigned NotPlain(__m128i block) {
         const __m128i special = _mm_or_si128(
-            _mm_cmplt_epi8(block, _mm_set1_epi8(0x20)),
+            _mm_or_si128(_mm_cmplt_epi8(block, _mm_set1_epi8(0x20)),
+                         _mm_cmpeq_epi8(block, _mm_set1_epi8(0x7F))),
             _mm_or_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8('"')),
                          _mm_cmpeq_epi8(block, _mm_set1_epi8('\\'))));
         return static_cast<unsigned>(_mm_movemask_epi8(special));
@@ -334,6 +354,8 @@ private:
     // Twice the standard output writer's buffer: what is drained is always at
     // least its size, and goes to the file without a second copy.
     static constexpr std::size_t BUFFER_SIZE = 512 * 1024;
+    // Levels of nesting with room kept for them (a document has six at most).
+    static constexpr std::size_t NESTING_RESERVED = 32;
 
     std::ostream& out;
     std::vector<Level> open;

@@ -1,0 +1,52 @@
+// startup.cpp - the standard descriptors at start-up.
+#include "util/support/startup.h"
+
+#include "util/support/outputWriter.h"
+
+#include <cerrno>
+#include <cstring>
+#include <string>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace QVS {
+
+bool OpenClosedStandardDescriptors() {
+    for (int fd = STDIN_FILENO; fd <= STDERR_FILENO; ++fd) {
+        if (fcntl(fd, F_GETFD) != -1 || errno != EBADF)
+            continue;
+        // The lowest free descriptor is this one: those below it are open.
+        int opened;
+        do
+            opened = open("/dev/null", O_RDWR | O_NOCTTY);
+        while (opened == -1 && errno == EINTR);
+        if (opened == -1)
+            return false;
+        if (opened != fd) {
+            close(opened);
+            return false;
+        }
+    }
+    return true;
+}
+
+int StartFailure(const char* program, int status) {
+    const std::string message =
+        std::string(program) + ": cannot open /dev/null: " + std::strerror(errno) + "\n";
+    // Nothing more can be done when standard error is closed as well.
+    if (write(STDERR_FILENO, message.data(), message.size()) < 0) {
+    }
+    return status;
+}
+
+int OutOfMemory(const char* program, int status) {
+    FlushStandardOutputQuietly();
+    const char* const parts[] = {program, ": out of memory\n"};
+    for (const char* part : parts)
+        if (write(STDERR_FILENO, part, std::strlen(part)) < 0)
+            break;
+    return status;
+}
+
+} // namespace QVS
