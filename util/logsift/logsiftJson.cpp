@@ -313,8 +313,10 @@ private:
         if (found == QVS::zERR_XML_TAG_NOT_FOUND)
             return; // a log without an action history
         if (found != 0) {
+            const std::size_t at = text.find(ACTION_HISTORY_TAG);
+            Report("The action history", at, "has no closing tag", found);
             Stop(found, RebuildJsonPrinter::DAMAGED_ITEM, "the action history has no closing tag",
-                 static_cast<long long>(text.find(ACTION_HISTORY_TAG)));
+                 static_cast<long long>(at));
             return;
         }
         const std::string_view history = std::string_view(text).substr(first, last - first);
@@ -328,8 +330,10 @@ private:
             if (found == QVS::zERR_XML_TAG_NOT_FOUND)
                 return;
             if (found != 0) {
+                const std::size_t at = first + history.find(ACTION_ITEM_TAG, position);
+                Report("Action item", at, "has no closing tag", found);
                 Stop(found, RebuildJsonPrinter::DAMAGED_ITEM, "an action item has no closing tag",
-                     static_cast<long long>(first + history.find(ACTION_ITEM_TAG, position)));
+                     static_cast<long long>(at));
                 return;
             }
             itemText.assign(history.substr(itemStart, itemEnd - itemStart));
@@ -341,14 +345,20 @@ private:
             } else {
                 ++unreadable;
                 const unsigned long at = first + itemStart;
-                const char* name = JsonFields::StatusName(read);
-                messages << "Action item at offset " << at << " could not be read: status " << read
-                         << " (" << (name ? name : "no name") << ")\n";
+                Report("Action item", at, "could not be read", read);
                 Stop(read, nullptr, "an action item could not be read",
                      static_cast<long long>(at));
             }
             position = itemEnd;
         }
+    }
+
+    // A reader message: what, at which offset of the log's text, what
+    // happened, and the status with its name.
+    void Report(char const* what, std::size_t at, char const* happened, unsigned why) {
+        const char* name = JsonFields::StatusName(why);
+        messages << what << " at offset " << at << " " << happened << ": status " << why << " ("
+                 << (name ? name : "no name") << ")\n";
     }
 
     // Keeps the first failure; `ending` is how the walk ended, null when it

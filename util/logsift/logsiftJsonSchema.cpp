@@ -4,6 +4,7 @@
 #include "util/logsift/logsiftJson.h"
 
 #include "util/common_cpp/actionHistory.h"
+#include "util/common_cpp/rebuildJsonPrinter.h"
 #include "util/common_cpp/verifyJsonPrinter.h"
 #include "util/support/jsonWriter.h"
 
@@ -106,13 +107,15 @@ const char GUID_PATTERN[] =
 const char TEXT[] = "text as read; a byte that begins no valid UTF-8 character shows U+FFFD";
 const char WIDE[] = "a UTF-16 name decoded to UTF-8; a surrogate without its pair shows U+FFFD";
 
-void quantity(ObjectSchema& object, JsonWriter& json, const std::string& key) {
-    object.Property(key);
+// A quantity, described as what it counts where `description` says so.
+void quantity(ObjectSchema& object, JsonWriter& json, const std::string& key,
+              const char* description = nullptr, bool required = true) {
+    object.Property(key, required);
     json.BeginObject(true);
     json.Member("type", "integer");
     json.Key("minimum");
     json.Unsigned(0);
-    json.Member("description", QUANTITY);
+    json.Member("description", description ? description : QUANTITY);
     json.EndObject();
     object.Property(key + "_s", false);
     patterned(json, "^[0-9]+$", "the quantity as a decimal string, present from 2^53 on");
@@ -291,6 +294,21 @@ void statusMembers(ObjectSchema& object, JsonWriter& json, const char* key) {
     named(object, json, key, "a status number, 0 for success; its zERR_ name");
 }
 
+void endedBy(ObjectSchema& object, JsonWriter& json, const char* description) {
+    object.Property("ended_by", false);
+    json.BeginObject(true);
+    json.Key("enum");
+    json.BeginArray(true);
+    for (const char* ending :
+         {RebuildJsonPrinter::END_OF_LIST, RebuildJsonPrinter::DAMAGED_ITEM,
+          RebuildJsonPrinter::NO_CHANNEL, RebuildJsonPrinter::OUT_OF_MEMORY,
+          RebuildJsonPrinter::FAILURE})
+        json.String(ending);
+    json.EndArray();
+    json.Member("description", description);
+    json.EndObject();
+}
+
 void errorDefinition(JsonWriter& json) {
     json.Key("error");
     ObjectSchema object(json);
@@ -417,7 +435,9 @@ void verifyDocument(JsonWriter& json) {
         json.Member("description", "the rows read, one object each (see the list kinds)");
         json.EndObject();
         s.Property("complete", false);
-        typed(json, "boolean", "false when the file ended inside the list");
+        typed(json, "boolean",
+              "false when reading stopped inside the list (the file ended there, or memory "
+              "ran out)");
     });
     json.EndArray();
     // Each kind of problem list has rows of its own record.
@@ -459,9 +479,16 @@ void verifyDocument(JsonWriter& json) {
     object.Property("totals", false);
     ObjectSchema totals(json);
     totals.Open(nullptr);
-    quantity(totals, json, "sections");
-    quantity(totals, json, "volumes");
-    quantity(totals, json, "list_rows");
+    quantity(totals, json, "sections", "the objects of \"sections\"");
+    quantity(totals, json, "volumes", "the volume sections read");
+    quantity(totals, json, "list_rows",
+             "deprecated: the same as problem_list_rows, which it counts, despite its name",
+             false);
+    quantity(totals, json, "problem_list_rows",
+             "the rows read of every variable-data problem list", false);
+    quantity(totals, json, "action_rows", "the rows of the action list", false);
+    quantity(totals, json, "conflict_rows", "the rows of the cross-linked block list", false);
+    quantity(totals, json, "skipped_volume_rows", "the rows of the skipped-volume list", false);
     totals.Close();
     object.Property("outcome");
     ObjectSchema outcome(json);
@@ -517,17 +544,24 @@ void rebuildDocument(JsonWriter& json) {
     reference(json, "walk");
     object.Property("action_items");
     arrayOf(json, "action_item");
+    object.Property("action_walk", false);
+    reference(json, "action_walk");
     object.Property("totals");
     ObjectSchema totals(json);
     totals.Open(nullptr);
-    quantity(totals, json, "messages");
-    quantity(totals, json, "tod_items");
-    quantity(totals, json, "ignored_tod_items");
-    quantity(totals, json, "action_items");
+    quantity(totals, json, "messages", "the message items read");
+    quantity(totals, json, "tod_items",
+             "the TOD items read, the ignored ones included (tod_items lists them all)");
+    quantity(totals, json, "ignored_tod_items",
+             "the TOD items of reason 6 (visibility cleanup), which logsift does not show");
+    quantity(totals, json, "action_items", "the action items read and listed");
+    quantity(totals, json, "unreadable_action_items",
+             "the action items passed over because they could not be read", false);
     totals.Close();
     object.Property("outcome");
     ObjectSchema outcome(json);
-    outcome.Open("the first status that ended a walk, 0 when both reached their list's end");
+    outcome.Open("the first status that ended a walk or that an action item gave, 0 when every "
+                 "walk reached its list's end and every item was read");
     statusMembers(outcome, json, "status");
     outcome.Close();
     tailMembers(object, json);
@@ -603,13 +637,31 @@ void itemDefinitions(JsonWriter& json) {
         json.Key("walk");
         ObjectSchema object(json);
         object.Open("how a walk over the log's items ended");
-        quantity(object, json, "count");
+        quantity(object, json, "count", "the items the walk found and listed");
         object.Property("ignored", false);
         json.BeginObject(true);
         json.Member("type", "integer");
+        json.Member("description", "the TOD walk: the items of reason 6 among them");
         json.EndObject();
         object.Property("complete", false);
-        typed(json, "boolean");
+        typed(json, "boolean",
+              "the TOD walk: deprecated; true when the walk came to its end, at its list's end "
+              "or at a damaged item, and false when it was stopped before (see ended_by)");
+        endedBy(object, json, "why the walk ended: its list's end, a damaged item, a "
+                              "management channel that could not be had (the TOD walk with "
+                              "lookups), a lack of memory, or another failure");
+        statusMembers(object, json, "status");
+        object.Close();
+    }
+    {
+        json.Key("action_walk");
+        ObjectSchema object(json);
+        object.Open("how the walk over the action history ended: an item that cannot be read "
+                    "is passed over and reported in reader_messages");
+        quantity(object, json, "count", "the action items read and listed");
+        quantity(object, json, "unreadable", "the action items that could not be read");
+        endedBy(object, json, "why the walk ended: the history's end, an item or a history "
+                              "without its closing tag, or a lack of memory");
         statusMembers(object, json, "status");
         object.Close();
     }

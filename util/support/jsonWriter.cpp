@@ -2,6 +2,7 @@
 #include "util/support/jsonWriter.h"
 
 #include <charconv>
+#include <new>
 #include <stdexcept>
 
 
@@ -69,7 +70,8 @@ std::size_t JsonWriter::PlainLength(std::string_view text) {
 }
 
 JsonWriter::JsonWriter(std::ostream& output)
-    : out(output), buffer(new char[BUFFER_SIZE]), capacity(BUFFER_SIZE) {
+    : out(output), heap(new (std::nothrow) char[BUFFER_SIZE]),
+      buffer(heap ? heap.get() : fallback), capacity(heap ? BUFFER_SIZE : FALLBACK_SIZE) {
     // Room for any nesting a document has, so that writing allocates
     // nothing: a document is closed whole even when memory has run out.
     open.reserve(NESTING_RESERVED);
@@ -86,7 +88,7 @@ JsonWriter::~JsonWriter() {
 }
 
 void JsonWriter::Drain() {
-    out.write(buffer.get(), static_cast<std::streamsize>(used));
+    out.write(buffer, static_cast<std::streamsize>(used));
     used = 0;
 }
 
@@ -149,7 +151,7 @@ void JsonWriter::PutLong(const char* bytes, std::size_t n) {
         if (used == capacity)
             Drain();
         const std::size_t piece = n < capacity - used ? n : capacity - used;
-        std::memcpy(buffer.get() + used, bytes, piece);
+        std::memcpy(buffer + used, bytes, piece);
         used += piece;
         bytes += piece;
         n -= piece;

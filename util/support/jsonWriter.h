@@ -133,8 +133,8 @@ public:
     public:
         explicit Row(JsonWriter& writer) : json(writer) {
             json.Separate();
-            at = json.buffer.get() + json.used;
-            limit = json.buffer.get() + json.capacity;
+            at = json.buffer + json.used;
+            limit = json.buffer + json.capacity;
             Put('{');
         }
         Row(const Row&) = delete;
@@ -143,7 +143,7 @@ public:
         // a write that fails while an exception unwinds would end the program).
         void End() {
             Put('}');
-            json.used = static_cast<std::size_t>(at - json.buffer.get());
+            json.used = static_cast<std::size_t>(at - json.buffer);
         }
 
         QVS_ALWAYS_INLINE void QuotedKey(std::string_view quoted) {
@@ -155,7 +155,7 @@ public:
         QVS_ALWAYS_INLINE void String(std::string_view utf8) {
             if (utf8.size() + 2 > json.capacity) {
                 // More than the buffer holds: written by the writer itself.
-                json.used = static_cast<std::size_t>(at - json.buffer.get());
+                json.used = static_cast<std::size_t>(at - json.buffer);
                 json.Put('"');
                 json.Escape(utf8);
                 json.Put('"');
@@ -169,7 +169,7 @@ public:
                 at += plain;
             } else {
                 // Something to escape: written by the writer itself.
-                json.used = static_cast<std::size_t>(at - json.buffer.get());
+                json.used = static_cast<std::size_t>(at - json.buffer);
                 json.Escape(utf8);
                 Reload();
             }
@@ -194,14 +194,14 @@ public:
     private:
         QVS_ALWAYS_INLINE void Room(std::size_t n) {
             if (n > static_cast<std::size_t>(limit - at)) {
-                json.used = static_cast<std::size_t>(at - json.buffer.get());
+                json.used = static_cast<std::size_t>(at - json.buffer);
                 json.MakeRoom(n);
                 Reload();
             }
         }
         void Reload() {
-            at = json.buffer.get() + json.used;
-            limit = json.buffer.get() + json.capacity;
+            at = json.buffer + json.used;
+            limit = json.buffer + json.capacity;
         }
         QVS_ALWAYS_INLINE void Put(const char* bytes, std::size_t n) {
             Room(n);
@@ -256,7 +256,7 @@ private:
     char* At(std::size_t n) {
         if (n > capacity - used)
             MakeRoom(n);
-        return buffer.get() + used;
+        return buffer + used;
     }
     void MakeRoom(std::size_t n);
     void Put(const char* bytes, std::size_t n) {
@@ -354,13 +354,19 @@ private:
     // Twice the standard output writer's buffer: what is drained is always at
     // least its size, and goes to the file without a second copy.
     static constexpr std::size_t BUFFER_SIZE = 512 * 1024;
+    static constexpr std::size_t FALLBACK_SIZE = 4096;
     // Levels of nesting with room kept for them (a document has six at most).
     static constexpr std::size_t NESTING_RESERVED = 32;
 
     std::ostream& out;
     std::vector<Level> open;
     bool afterKey = false;
-    std::unique_ptr<char[]> buffer;
+    // The buffer: BUFFER_SIZE bytes of the heap, or, where memory is too
+    // short for them, the small one inside the writer, so that a document
+    // can still be written and closed.
+    std::unique_ptr<char[]> heap;
+    char* buffer;
+    char fallback[FALLBACK_SIZE];
     std::size_t capacity = 0;
     std::size_t used = 0;
 };

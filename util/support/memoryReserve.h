@@ -13,7 +13,7 @@ class MemoryReserve {
 public:
     // What is held back: enough to finish a row or a member and to close
     // the document, whose writer allocates nothing once it is built.
-    static constexpr std::size_t SIZE = 1 << 20;
+    static constexpr std::size_t SIZE = 256 * 1024;
 
     // Takes the reserve and installs the new-handler that gives it up. The
     // handler throws std::bad_alloc once the reserve is gone.
