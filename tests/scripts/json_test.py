@@ -216,7 +216,7 @@ with tempfile.TemporaryDirectory() as scratch:
         f.write(WRAPPER)
     os.chmod(wrapper, 0o755)
     for case in sorted(os.listdir(CASES)):
-        if case.startswith(("cli_", "out_", "json_")) or "_terminal_" in case:
+        if case.startswith(("cli_", "out_", "json_", "start_")) or "_terminal_" in case:
             continue
         text_work = os.path.join(scratch, case + ".text")
         json_work = os.path.join(scratch, case + ".json")
