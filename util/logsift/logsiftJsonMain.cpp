@@ -31,9 +31,9 @@ const char* const USAGE =
     "  -v, --version        display version information and exit\n"
     "\n"
     "Exit status: 0 the file was read whole; 1 a command-line error; 2 the file\n"
-    "could not be opened, read or validated, or a walk could not be completed\n"
-    "(the document ends with an \"error\" object); 4 is added when a verify\n"
-    "report says errors were found.\n";
+    "could not be opened, read or validated, a walk could not be completed, an\n"
+    "action item could not be read, or memory ran out (the document ends with an\n"
+    "\"error\" object); 4 is added when a verify report says errors were found.\n";
 
 const struct option LONG_OPTIONS[] = {
     {"help", no_argument, nullptr, 'h'},
