@@ -6,12 +6,41 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <new>
 #include <sstream>
 #include <string>
+#include <vector>
 
 using QVS::JsonWriter;
 
+// Every allocation of this test program is counted while `counting` is set.
 namespace {
+bool counting = false;
+long allocations = 0;
+} // namespace
+
+void* operator new(std::size_t size) {
+    if (counting)
+        ++allocations;
+    if (void* p = std::malloc(size == 0 ? 1 : size))
+        return p;
+    throw std::bad_alloc();
+}
+void operator delete(void* p) noexcept { std::free(p); }
+void operator delete(void* p, std::size_t) noexcept { std::free(p); }
+
+namespace {
+
+// A stream into room made beforehand, which takes bytes without allocating.
+class FixedSink : public std::streambuf {
+public:
+    explicit FixedSink(std::size_t room) : bytes(room) { setp(bytes.data(), bytes.data() + room); }
+    std::string Text() const { return std::string(pbase(), pptr()); }
+
+private:
+    std::vector<char> bytes;
+};
 
 std::string escaped(const std::string& text) {
     std::string out;
@@ -166,6 +195,52 @@ TEST(JsonWriter, RowsWriteWhatOneLineObjectsWrite) {
     EXPECT_EQ(byObjects.str(), byRows.str());
     EXPECT_NE(std::string::npos, byRows.str().find("{\"key\": 3, \"text\": \"a \\\"quoted\\\" name\\twith a tab\""));
     EXPECT_NE(std::string::npos, byRows.str().find("\"bad \xef\xbf\xbd byte and"));
+}
+
+// A document is closed whole even when memory has run out, because writing
+// it takes nothing from the heap: long and escaped texts go through the
+// buffer in pieces, and rows never grow it.
+TEST(JsonWriter, NothingIsAllocatedOnceTheWriterIsBuilt) {
+    std::string escapedText(3 * 512 * 1024 + 7, 'a');
+    escapedText[100] = '"';
+    escapedText[700000] = '\x7f';
+    escapedText.replace(900000, 2, "\xc2\x9b");
+    escapedText[1000000] = '\xff';
+    const std::string plain(2 * 512 * 1024 + 3, 'b');
+    const std::string key = JsonWriter::QuoteKey("text");
+    const std::string expected = "{\n  \"escaped\": \"" + escaped(escapedText) +
+                                 "\",\n  \"plain\": \"" + plain + "\",\n  \"rows\": [\n    {\"text\": \"" +
+                                 escaped(escapedText) + "\"},\n    {\"text\": \"" + plain +
+                                 "\"},\n    {\"text\": \"x\"}\n  ]\n}\n";
+    FixedSink sink(expected.size() + 1024);
+    std::ostream out(&sink);
+    {
+        JsonWriter json(out);
+        counting = true;
+        allocations = 0;
+        json.BeginObject();
+        json.Member("escaped", escapedText);
+        json.Member("plain", plain);
+        json.Key("rows");
+        json.BeginArray();
+        const std::string* texts[] = {&escapedText, &plain};
+        for (const std::string* text : texts) {
+            JsonWriter::Row row(json);
+            row.QuotedKey(key);
+            row.String(*text);
+            row.End();
+        }
+        JsonWriter::Row row(json);
+        row.QuotedKey(key);
+        row.String("x");
+        row.End();
+        json.EndArray();
+        json.EndObject();
+        json.Finish();
+        counting = false;
+    }
+    EXPECT_EQ(0, allocations);
+    EXPECT_EQ(expected, sink.Text());
 }
 
 TEST(JsonWriter, UnbalancedContainersAreRefused) {
