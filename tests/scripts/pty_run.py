@@ -1,8 +1,10 @@
 #!/usr/bin/env python3
-"""pty_run.py ARGV0 PROGRAM [ARG...] - runs PROGRAM with its standard output on
-a pseudo-terminal, as a user at a terminal meets it, and prints what the
-terminal received, line by line (the terminal's CR LF line ends turned back
-into LF). Standard error is passed through; the exit status is the program's.
+"""pty_run.py [--stderr] ARGV0 PROGRAM [ARG...] - runs PROGRAM with its standard
+output on a pseudo-terminal, as a user at a terminal meets it, and prints what
+the terminal received, line by line (the terminal's CR LF line ends turned
+back into LF). Standard error is passed through, or with --stderr it goes to
+the same terminal, as at a terminal that shows both; the exit status is the
+program's.
 """
 import os
 import pty
@@ -10,15 +12,21 @@ import sys
 
 
 def main():
-    if len(sys.argv) < 3:
+    arguments = sys.argv[1:]
+    both = arguments[:1] == ["--stderr"]
+    if both:
+        arguments = arguments[1:]
+    if len(arguments) < 2:
         sys.stderr.write(__doc__)
         return 2
-    argv0, program, args = sys.argv[1], sys.argv[2], sys.argv[3:]
+    argv0, program, args = arguments[0], arguments[1], arguments[2:]
     master, slave = pty.openpty()
     pid = os.fork()
     if pid == 0:
         os.close(master)
         os.dup2(slave, 1)
+        if both:
+            os.dup2(slave, 2)
         os.close(slave)
         try:
             os.execv(program, [argv0] + args)

@@ -1,6 +1,7 @@
 # Messages whose texts hold control characters: C0 ones (ESC, BEL, CR), DEL,
-# a C1 control written in UTF-8 (C2 9B) and as a lone byte (9B); and what
-# must stay as it is: tab, é, €, a no-break space (C2 A0).
+# a C1 control written in UTF-8 (C2 9B) and as a lone byte (9B); a C2 lead
+# that no byte continues, escaped too; and what must stay as it is: tab, é,
+# €, a no-break space (C2 A0).
 {
     printf '<rebuildLog><messageHistory>\n'
     printf '<messageItem><key v="1"/><m><info>clear\033[2Jscreen</info></m></messageItem>\n'
