@@ -1,10 +1,11 @@
 # Thin wrapper over CMake; everything is built out of tree in $(BUILD_DIR).
 BUILD_DIR ?= build
+# The sanitizer build (clang, AddressSanitizer and UBSan), which holds the
+# fuzz targets too.
 SANITIZE_DIR ?= build-sanitize
-FUZZ_DIR ?= build-fuzz
 FUZZ_SECONDS ?= 60
 # Fuzzing time per target within `make test`.
-CHECK_FUZZ_SECONDS ?= 30
+CHECK_FUZZ_SECONDS ?= 5
 PREFIX ?= /usr/local
 DESTDIR ?=
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
@@ -15,7 +16,7 @@ MAKEFLAGS += --no-print-directory
 CONFIGURE = cmake -S . -B $(BUILD_DIR) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DLOGSIFT_WERROR=ON \
 	    -DCMAKE_INSTALL_PREFIX=$(PREFIX) $(CMAKE_FLAGS)
 
-.PHONY: all build tool demo test test-sanitize fuzz fuzz-build fuzz-check deps install package clean
+.PHONY: all build tool demo check test test-sanitize fuzz fuzz-build fuzz-check deps install package clean
 
 all: build
 
@@ -38,9 +39,16 @@ demo: $(BUILD_DIR)/CMakeCache.txt
 	cmake --build $(BUILD_DIR) -j $(JOBS) --target demo_programs
 	@bash examples/demo.sh $(LOGSIFT)
 
-# Installs what the tests need (when missing), builds with warnings as
-# errors, and runs every test through CTest; then the sanitizer suite and
-# the fuzz targets.
+# The developer's loop: builds, then runs the unit tests, the end-to-end
+# cases and the checks of the build's own files (the tier "quick").
+check: $(BUILD_DIR)/CMakeCache.txt
+	cmake --build $(BUILD_DIR) -j $(JOBS)
+	cd $(BUILD_DIR) && ctest --output-on-failure -j $(JOBS) -L quick
+
+# The whole gate: installs what the tests need (when missing), builds with
+# warnings as errors and runs every test of every tier; then the sanitizer
+# build runs the unit tests, the cases and the hostile sizes again, and the
+# fuzz targets replay their corpora and fuzz briefly.
 test: deps
 	$(CONFIGURE) -DLOGSIFT_REQUIRE_TESTS=ON
 	cmake --build $(BUILD_DIR) -j $(JOBS)
@@ -48,25 +56,26 @@ test: deps
 	$(MAKE) test-sanitize
 	$(MAKE) fuzz-check
 
-# The whole suite again, built with AddressSanitizer and UBSan.
-test-sanitize: deps
-	cmake -S . -B $(SANITIZE_DIR) -DCMAKE_BUILD_TYPE=Debug -DLOGSIFT_WERROR=ON \
-	    -DLOGSIFT_SANITIZE=ON -DLOGSIFT_REQUIRE_TESTS=ON $(CMAKE_FLAGS)
-	cmake --build $(SANITIZE_DIR) -j $(JOBS)
-	cd $(SANITIZE_DIR) && ctest --output-on-failure -j $(JOBS)
-
+# The sanitizer build: clang with AddressSanitizer and UBSan, the fuzz
+# targets beside the tests.
 fuzz-build: deps
-	CC=clang CXX=clang++ cmake -S . -B $(FUZZ_DIR) -DCMAKE_BUILD_TYPE=RelWithDebInfo \
-	    -DLOGSIFT_WERROR=ON -DLOGSIFT_SANITIZE=ON -DLOGSIFT_FUZZ=ON -DLOGSIFT_TESTS=OFF
-	cmake --build $(FUZZ_DIR) -j $(JOBS)
+	CC=clang CXX=clang++ cmake -S . -B $(SANITIZE_DIR) -DCMAKE_BUILD_TYPE=Debug \
+	    -DLOGSIFT_WERROR=ON -DLOGSIFT_SANITIZE=ON -DLOGSIFT_FUZZ=ON -DLOGSIFT_REQUIRE_TESTS=ON \
+	    $(CMAKE_FLAGS)
+	cmake --build $(SANITIZE_DIR) -j $(JOBS)
+
+# The unit tests, the cases and the hostile sizes under the sanitizers
+# (packaging, the demo and the terminal checks test the build, not the code).
+test-sanitize: fuzz-build
+	cd $(SANITIZE_DIR) && ctest --output-on-failure -j $(JOBS) -L 'unit|case|resources'
 
 # Runs every fuzz target for FUZZ_SECONDS.
 fuzz: fuzz-build
-	bash fuzz/run.sh fuzz $(FUZZ_DIR) $(FUZZ_SECONDS)
+	bash fuzz/run.sh fuzz $(SANITIZE_DIR) $(FUZZ_SECONDS)
 
 # Replays every committed corpus and fuzzes each target briefly.
 fuzz-check: fuzz-build
-	bash fuzz/run.sh check $(FUZZ_DIR) $(CHECK_FUZZ_SECONDS)
+	bash fuzz/run.sh check $(SANITIZE_DIR) $(CHECK_FUZZ_SECONDS)
 
 deps:
 	@bash tests/install-deps.sh
@@ -80,4 +89,4 @@ package: tool
 	cd $(BUILD_DIR) && cpack -G DEB
 
 clean:
-	rm -rf $(BUILD_DIR) $(SANITIZE_DIR) $(FUZZ_DIR)
+	rm -rf $(BUILD_DIR) $(SANITIZE_DIR)

@@ -1,38 +1,44 @@
 #!/usr/bin/env bash
 # run_case.sh - runs one end-to-end case and compares its output byte for byte.
 #
-#   run_case.sh LOGSIFT CASEDIR WORKDIR
+#   run_case.sh LOGSIFT CASEDIR WORKDIR FIXTURES
 #
 # A case directory holds:
 #   args            the arguments after the program name (bash words), or
 #   run.sh          a script to run instead (gets $LOGSIFT; exit 77 = skipped)
 #   setup.sh        optional, run first in the work directory
-#   *.vbfdesc       readable report descriptions, built into files named
-#                   without the extension before the tool runs
+#   *.vbfdesc       readable report descriptions; the build makes each into
+#                   FIXTURES/cases/CASE/NAME (the description's name without
+#                   the extension), which is copied into the work directory
 #   expect.stdout   expected standard output   (absent: empty)
 #   expect.stderr   expected standard error    (absent: empty)
 #   expect.status   expected exit status       (absent: 0)
 #   expect.requests optional: the management requests the case must send,
 #                   compared with the simulator's request log requests.log
 # The tool runs in WORKDIR as "logsift" with TZ=UTC, LC_ALL=C and no input.
+# run.sh and setup.sh scripts get $LOGSIFT, $TESTS_DIR, $FIXTURES, $PYTHON
+# and $WITH_ADMIN.
 # A failing case leaves actual.* files and a diff in WORKDIR.
 set -u
-logsift=$1 casedir=$2 work=$3
+logsift=$1 casedir=$2 work=$3 fixtures=$4
 here=$(cd "$(dirname "$0")" && pwd)
+case=$(basename "$casedir")
 
 rm -rf "$work" && mkdir -p "$work" || exit 1
 cp -R "$casedir"/. "$work"/ || exit 1
 cd "$work" || exit 1
 
-export LOGSIFT="$logsift" TESTS_DIR="$here" TZ=UTC LC_ALL=C
-export VBFGEN="$here/tools/vbfgen/vbfgen.py"
+export LOGSIFT="$logsift" TESTS_DIR="$here" TZ=UTC LC_ALL=C FIXTURES="$fixtures"
+export PYTHON=${PYTHON:-python3}
 # The simulated administration volume, for run.sh scripts:
 #   bash "$WITH_ADMIN" --private --state S --log requests.log /_admin -- CMD...
 export WITH_ADMIN="$here/tools/qvsadminfs/with-admin-volume.sh"
 
 for desc in *.vbfdesc; do
     [ -e "$desc" ] || continue
-    python3 "$VBFGEN" "$desc" -o "${desc%.vbfdesc}" || { echo "fixture $desc did not build"; exit 1; }
+    built=$fixtures/cases/$case/${desc%.vbfdesc}
+    [ -f "$built" ] || { echo "fixture $built is not built (build the fixtures target)"; exit 1; }
+    cp "$built" "${desc%.vbfdesc}" || exit 1
 done
 if [ -f setup.sh ]; then
     bash ./setup.sh || { echo "setup.sh failed"; exit 1; }

@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
-"""memory_test.py LOGSIFT LOGSIFT-JSON VBFGEN - both programs under address-space
-limits from 5 MB to 400 MB, over rebuild logs made mostly of messages, of TOD
-items and of action items, and over a verify report with a large action list
-and a large problem list.
+"""memory_test.py LOGSIFT LOGSIFT-JSON REPORT SHAPE - both programs under
+address-space limits from 5 MB to 400 MB, over one file of SHAPE: a rebuild
+log made mostly of messages, of TOD items or of action items, or the verify
+report REPORT (built with the tests), which has a large action list and a
+large problem list.
 
 Whatever the limit, no run may end by a signal (std::bad_alloc escaping
 main ends in SIGABRT). logsift-json must write a whole document every time
@@ -20,11 +21,11 @@ import subprocess
 import sys
 import tempfile
 
-LIMITS_MB = [5, 8, 16, 32, 64, 128, 200, 256, 320, 400]
+LIMITS_MB = [5, 8, 16, 24, 32, 48, 64, 96, 200, 400]
 LOADER_FAILURE = b"error while loading shared libraries"
 
 
-def make_files(directory, vbfgen):
+def make_log(directory, shape):
     volume = "9f3d7c20-3f4e-11ee-8a-01-0050568c2e11"
     mb = 1024 * 1024
 
@@ -43,38 +44,18 @@ def make_files(directory, vbfgen):
                 '<start value="16"/><end value="8192"/><startUTC value="1794733320"/>'
                 '<endUTC value="1794735712"/></actionItem>\n' % (i, i))
 
-    shapes = {"messages": ("messageHistory", message, 96 * mb),
-              "tod_items": ("todHistory", tod, 48 * mb),
-              "action_items": ("actionHistory", action, 96 * mb)}
-    files = {}
-    for shape, (history, item, size) in shapes.items():
-        path = os.path.join(directory, shape + ".xml")
-        count = size // len(item(100000))
-        with open(path, "w") as f:
-            f.write("<rebuildLog><%s>\n" % history)
-            for first in range(1, count + 1, 10000):
-                f.write("".join(item(i) for i in range(first, min(first + 10000, count + 1))))
-            f.write("</%s></rebuildLog>\n" % history)
-        files[shape] = ("rtf", path)
-    report = os.path.join(directory, "report.vbf")
-    description = """section header
-section overall
-  statusValid = 1
-  poolName = "BIG"
-  finalStatusValid = 1
-section action
-  record
-    key = 1
-    repeat = 300000
-section unreadableZid
-  record
-    zid = 0x20
-    repeat = 1000000
-"""
-    subprocess.run([sys.executable, vbfgen, "-", "-o", report], input=description.encode(),
-                   check=True)
-    files["verify_report"] = ("vbf", report)
-    return files
+    shapes = {"messages": ("messageHistory", message, 48 * mb),
+              "tod_items": ("todHistory", tod, 24 * mb),
+              "action_items": ("actionHistory", action, 48 * mb)}
+    history, item, size = shapes[shape]
+    path = os.path.join(directory, shape + ".xml")
+    count = size // len(item(100000))
+    with open(path, "w") as f:
+        f.write("<rebuildLog><%s>\n" % history)
+        for first in range(1, count + 1, 10000):
+            f.write("".join(item(i) for i in range(first, min(first + 10000, count + 1))))
+        f.write("</%s></rebuildLog>\n" % history)
+    return path
 
 
 def run(argv, limit_mb):
@@ -89,73 +70,75 @@ def run(argv, limit_mb):
 
 
 def main():
-    if len(sys.argv) != 4:
+    if len(sys.argv) != 5:
         sys.stderr.write(__doc__)
         return 2
-    logsift, logsift_json, vbfgen = sys.argv[1:]
+    logsift, logsift_json, report, shape = sys.argv[1:]
     failures = []
     counts = {"document": 0, "out of memory": 0, "loader": 0}
     with tempfile.TemporaryDirectory() as directory:
-        files = make_files(directory, vbfgen)
+        if shape == "verify_report":
+            kind, path = "vbf", report
+        else:
+            kind, path = "rtf", make_log(directory, shape)
         print("%-14s %-8s %s" % ("file", "limit", "logsift-json / logsift"))
-        for shape, (kind, path) in files.items():
-            for limit_mb in LIMITS_MB:
-                what = "%s at %d MB" % (shape, limit_mb)
-                seen = []
-                # logsift-json: a whole document, or the loader's failure.
-                status, out, err = run([logsift_json, "--no-lookup", kind, path], limit_mb)
-                if status < 0 or status >= 128 or b"terminate called" in err:
-                    failures.append("%s: logsift-json ended with status %d: %s"
-                                    % (what, status, err[-300:]))
-                    seen.append("SIGNAL")
-                elif status == 127 and LOADER_FAILURE in err:
-                    counts["loader"] += 1
-                    seen.append("loader")
-                else:
-                    try:
-                        doc = json.loads(out)
-                        outcome = doc["outcome"]["status"]
-                    except (ValueError, KeyError, TypeError) as e:
-                        failures.append("%s: logsift-json wrote no whole document (%s), "
-                                        "status %d: %s" % (what, e, status, err[-300:]))
-                        seen.append("BROKEN")
-                        outcome = None
-                    if outcome is not None:
-                        if outcome != 0 and ("error" not in doc or not status & 2):
-                            failures.append("%s: outcome %d without its error and status 2"
-                                            % (what, outcome))
-                        # The files are sound: memory is the one thing that can fail.
-                        if outcome not in (0, 20000):
-                            failures.append("%s: outcome %d, not 0 or 20000 (out of memory)"
-                                            % (what, outcome))
-                        if limit_mb == LIMITS_MB[-1] and outcome != 0:
-                            failures.append("%s: the document is not complete: %s"
-                                            % (what, doc.get("error")))
-                        counts["document"] += 1
-                        if outcome == 20000:
-                            counts["out of memory"] += 1
-                        seen.append("whole (%d)" % outcome)
-                # logsift: a clean end.
-                argv = [logsift, "-a", kind, path] if kind == "vbf" else [logsift, kind, path]
-                status, out, err = run(argv, limit_mb)
-                if status < 0 or status >= 128 or b"terminate called" in err:
-                    failures.append("%s: logsift ended with status %d: %s"
-                                    % (what, status, err[-300:]))
-                    seen.append("SIGNAL")
-                elif status == 127 and LOADER_FAILURE in err:
-                    counts["loader"] += 1
-                    seen.append("loader")
-                elif status == 1 and b"logsift: out of memory" in err:
-                    seen.append("out of memory")
-                elif status != 0:
-                    failures.append("%s: logsift ended with status %d: %s"
-                                    % (what, status, err[-300:]))
-                    seen.append("status %d" % status)
-                else:
-                    seen.append("ended")
-                print("%-14s %4d MB  %s" % (shape, limit_mb, " / ".join(seen)), flush=True)
+        for limit_mb in LIMITS_MB:
+            what = "%s at %d MB" % (shape, limit_mb)
+            seen = []
+            # logsift-json: a whole document, or the loader's failure.
+            status, out, err = run([logsift_json, "--no-lookup", kind, path], limit_mb)
+            if status < 0 or status >= 128 or b"terminate called" in err:
+                failures.append("%s: logsift-json ended with status %d: %s"
+                                % (what, status, err[-300:]))
+                seen.append("SIGNAL")
+            elif status == 127 and LOADER_FAILURE in err:
+                counts["loader"] += 1
+                seen.append("loader")
+            else:
+                try:
+                    doc = json.loads(out)
+                    outcome = doc["outcome"]["status"]
+                except (ValueError, KeyError, TypeError) as e:
+                    failures.append("%s: logsift-json wrote no whole document (%s), "
+                                    "status %d: %s" % (what, e, status, err[-300:]))
+                    seen.append("BROKEN")
+                    outcome = None
+                if outcome is not None:
+                    if outcome != 0 and ("error" not in doc or not status & 2):
+                        failures.append("%s: outcome %d without its error and status 2"
+                                        % (what, outcome))
+                    # The files are sound: memory is the one thing that can fail.
+                    if outcome not in (0, 20000):
+                        failures.append("%s: outcome %d, not 0 or 20000 (out of memory)"
+                                        % (what, outcome))
+                    if limit_mb == LIMITS_MB[-1] and outcome != 0:
+                        failures.append("%s: the document is not complete: %s"
+                                        % (what, doc.get("error")))
+                    counts["document"] += 1
+                    if outcome == 20000:
+                        counts["out of memory"] += 1
+                    seen.append("whole (%d)" % outcome)
+            # logsift: a clean end.
+            argv = [logsift, "-a", kind, path] if kind == "vbf" else [logsift, kind, path]
+            status, out, err = run(argv, limit_mb)
+            if status < 0 or status >= 128 or b"terminate called" in err:
+                failures.append("%s: logsift ended with status %d: %s"
+                                % (what, status, err[-300:]))
+                seen.append("SIGNAL")
+            elif status == 127 and LOADER_FAILURE in err:
+                counts["loader"] += 1
+                seen.append("loader")
+            elif status == 1 and b"logsift: out of memory" in err:
+                seen.append("out of memory")
+            elif status != 0:
+                failures.append("%s: logsift ended with status %d: %s"
+                                % (what, status, err[-300:]))
+                seen.append("status %d" % status)
+            else:
+                seen.append("ended")
+            print("%-14s %4d MB  %s" % (shape, limit_mb, " / ".join(seen)), flush=True)
     print("%d runs: %d whole documents (%d of them out of memory), %d that the loader "
-          "could not start" % (2 * len(files) * len(LIMITS_MB), counts["document"],
+          "could not start" % (2 * len(LIMITS_MB), counts["document"],
                                counts["out of memory"], counts["loader"]))
     for failure in failures:
         print("FAIL", failure)

@@ -1,13 +1,14 @@
 #!/usr/bin/env bash
-# resource_test.sh LOGSIFT SANITIZED - hostile sizes and counts: the tool must
+# resource_test.sh LOGSIFT SANITIZED FIXTURES - hostile sizes and counts (the
+# reports are built from tests/resources/fixtures/ into FIXTURES/resources/
+# with the tests): the tool must
 # end cleanly, in bounded time, with peak memory no more than 1.5 times the
 # size of the file it reads (1.1 times for a rebuild log, which is held whole
 # and nothing more) plus a constant (16 MiB; 160 MiB under the sanitizers,
 # whose runtime needs its own).
 set -u
-logsift=$(cd "$(dirname "$1")" && pwd)/$(basename "$1") sanitized=$2
+logsift=$(cd "$(dirname "$1")" && pwd)/$(basename "$1") sanitized=$2 fixtures=$3
 here=$(cd "$(dirname "$0")/.." && pwd)
-vbfgen=$here/tools/vbfgen/vbfgen.py
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 cd "$work" || exit 1
@@ -15,7 +16,6 @@ constant_kb=16384
 case $sanitized in ON | on | 1 | TRUE | true) constant_kb=163840 ;; esac
 [ -x /usr/bin/time ] || { echo "skipped: /usr/bin/time is missing"; exit 77; }
 
-gen() { python3 "$vbfgen" - -o "$1" || exit 1; }
 fail=0
 # check NAME EXPECTED-TEXT ARGS...: runs logsift, checks its status, that its
 # output holds EXPECTED-TEXT, its time and its peak memory.
@@ -44,75 +44,31 @@ check() {
 
 # An action list claiming 2^32-1 records of 162 bytes, its size field made to
 # agree in 32-bit arithmetic, in a file of a few hundred bytes.
-gen actions.vbf <<'D'
-section header
-section overall
-  statusValid = 1
-  finalStatusValid = 1
-section action
-  count = 0xffffffff
-  header.size = 4294967234
-  payload.append = hex:01 02 03 04 05 06 07 08
-D
+cp "$fixtures/resources/actions.vbf" actions.vbf || exit 1
 check actions "Status - 20100" -a vbf actions.vbf
 
 # A conflict list claiming 2^28 records (10 GiB).
-gen conflicts.vbf <<'D'
-section header
-section overall
-  statusValid = 1
-  finalStatusValid = 1
-section conflicts
-  count = 0x10000000
-  header.size = 2147483748
-D
+cp "$fixtures/resources/conflicts.vbf" conflicts.vbf || exit 1
 check conflicts "Status - 20100" vbf conflicts.vbf
 
 # A skipped-volume list of a million records, 548 MB claimed, 1 MB present.
-gen skipped.vbf <<'D'
-section header
-section overall
-  statusValid = 1
-  finalStatusValid = 1
-section skipped
-  count = 1000000
-  header.size = 548000100
-  payload.append = hex:00
-file.append = hex:00
-D
-python3 -c "import sys; open(sys.argv[1],'ab').write(b'\0' * 1048576)" skipped.vbf
+cp "$fixtures/resources/skipped.vbf" skipped.vbf || exit 1
+head -c 1048576 /dev/zero >>skipped.vbf
 check skipped "Status - 20100" vbf skipped.vbf
 
 # A variable-data list claiming 2^32-1 records with three present: rows are
 # printed as read, nothing is kept.
-gen variable.vbf <<'D'
-section header
-section overall
-  statusValid = 1
-  finalStatusValid = 1
-section unreadableZid
-  count = 0xffffffff
-  record
-    repeat = 3
-    zid = 0x10
-D
+cp "$fixtures/resources/variable.vbf" variable.vbf || exit 1
 check variable "4294967295 records to follow." vbf variable.vbf
 
 # A section size field far beyond the end of the file.
-gen seek.vbf <<'D'
-section header
-section overall
-  statusValid = 1
-  finalStatusValid = 1
-section message
-  header.size = 0xffffffff
-D
+cp "$fixtures/resources/seek.vbf" seek.vbf || exit 1
 check seek " Message record section will be skipped." -V 0x40000004 vbf seek.vbf
 
 # Rebuild logs of 32 MB: an item whose closing tag never comes, a million
 # items of which only the last is closed, one line without any tag, the
 # smallest items there can be and items that are almost all message text.
-python3 - <<'P'
+"${PYTHON:-python3}" - <<'P'
 n = 32 * 1024 * 1024
 with open("open_item.xml", "w") as f:
     f.write("<rebuildLog></rebuildLog><todHistory><todItem>" + "x" * n)

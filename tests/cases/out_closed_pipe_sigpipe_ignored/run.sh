@@ -5,7 +5,7 @@
 # holds (64 KiB, some 2,600 message lines) can be written, so the walk ends
 # long before the 20,000th message (each message walked is traced, bit
 # 0x80000000).
-python3 - "$LOGSIFT" <<'PY'
+"$PYTHON" - "$LOGSIFT" <<'PY'
 import os, signal, subprocess, sys
 read_end, write_end = os.pipe()
 with open("trace.err", "wb") as trace:

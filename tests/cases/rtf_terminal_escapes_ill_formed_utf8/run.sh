@@ -4,6 +4,6 @@
 # that the looked-up path ends with. In a file the same lines keep their
 # bytes (the count of those two lines at the end).
 admin() { bash "$WITH_ADMIN" --private --state state.txt /_admin -- "$@"; }
-admin python3 "$TESTS_DIR/scripts/pty_run.py" logsift "$LOGSIFT" rtf log.xml || exit
+admin "$PYTHON" "$TESTS_DIR/scripts/pty_run.py" logsift "$LOGSIFT" rtf log.xml || exit
 admin bash -c 'exec -a logsift "$LOGSIFT" rtf log.xml' >file.out || exit
 grep -c -e $'^  caf\351\2332J$' -e $'/x\355\242\233y\\.txt ' file.out

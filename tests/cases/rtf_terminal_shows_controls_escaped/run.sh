@@ -1,2 +1,2 @@
 # Standard output on a terminal: the control characters are shown escaped.
-exec python3 "$TESTS_DIR/scripts/pty_run.py" logsift "$LOGSIFT" rtf log.xml
+exec "$PYTHON" "$TESTS_DIR/scripts/pty_run.py" logsift "$LOGSIFT" rtf log.xml

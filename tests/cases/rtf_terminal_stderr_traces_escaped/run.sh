@@ -8,4 +8,4 @@ if [ -e /_admin/Manage_QVS/manage.cmd ]; then
     echo "a management command file exists at /_admin" >&2
     exit 77
 fi
-exec python3 "$TESTS_DIR/scripts/pty_run.py" --stderr logsift "$LOGSIFT" -V 0x80000004 rtf log.xml
+exec "$PYTHON" "$TESTS_DIR/scripts/pty_run.py" --stderr logsift "$LOGSIFT" -V 0x80000004 rtf log.xml

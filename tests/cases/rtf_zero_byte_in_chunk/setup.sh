@@ -1,7 +1,7 @@
 # Builds a log whose first 1024-byte chunk holds a zero byte: the rest of that
 # chunk is dropped, the following chunks are kept. A second chunk starts with
 # a zero byte and is dropped whole.
-python3 - <<'PY'
+"$PYTHON" - <<'PY'
 def chunk(text, fill=" "):
     assert len(text) <= 1024
     return text + fill * (1024 - len(text))
