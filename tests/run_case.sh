@@ -16,8 +16,8 @@
 #   expect.requests optional: the management requests the case must send,
 #                   compared with the simulator's request log requests.log
 # The tool runs in WORKDIR as "logsift" with TZ=UTC, LC_ALL=C and no input.
-# run.sh and setup.sh scripts get $LOGSIFT, $TESTS_DIR, $FIXTURES, $PYTHON
-# and $WITH_ADMIN.
+# run.sh and setup.sh scripts get $LOGSIFT, $TESTS_DIR, $FIXTURES, $PYTHON,
+# $WITH_ADMIN, and $SANITIZED (ON in the sanitizer build).
 # A failing case leaves actual.* files and a diff in WORKDIR.
 set -u
 logsift=$1 casedir=$2 work=$3 fixtures=$4

@@ -1,8 +1,12 @@
 // verifyFile_test.cpp - the verify report reader: opening, the pool paths,
 // section walking, kept records and headers, list reading limits, the copy
 // with its CRC check, and a field-by-field check of the record layouts
-// against the fixture builder's own tables.
+// against the fixture builder's own tables. The reports are built with the
+// build, from tests/unit/fixtures/*.vbfdesc and from verifyLayoutDescription;
+// a test only copies one into its own directory.
 #include "util/common_cpp/verifyFile.h"
+
+#include "tests/unit/verifyLayout_testutil.h"
 
 #include <gtest/gtest.h>
 
@@ -20,7 +24,6 @@
 #include <stdexcept>
 #include <string>
 #include <thread>
-#include <type_traits>
 #include <vector>
 
 namespace {
@@ -54,21 +57,21 @@ void writeAll(const std::string& path, const std::string& data) {
     out << data;
 }
 
-// Builds a report from a description with the fixture builder.
-std::string buildReport(const TempDir& dir, const std::string& name, const std::string& desc) {
-    const std::string descPath = dir.file(name + ".vbfdesc");
-    const std::string out = dir.file(name);
-    writeAll(descPath, desc);
-    const std::string command = std::string("python3 '") + LOGSIFT_SOURCE_DIR +
-                                "/tests/tools/vbfgen/vbfgen.py' '" + descPath + "' -o '" + out + "'";
-    EXPECT_EQ(std::system(command.c_str()), 0) << desc;
-    std::remove(descPath.c_str());
-    return out;
+// Copies the prebuilt report `fixture` into the test's directory as `name`:
+// the reader's paths and the directory around the report are the test's own.
+std::string fixtureReport(const TempDir& dir, const std::string& fixture, const std::string& name) {
+    const std::string source = std::string(LOGSIFT_FIXTURES) + "/unit/" + fixture + ".vbf";
+    const std::string path = dir.file(name);
+    std::ifstream in(source, std::ios::binary);
+    if (!in) {
+        ADD_FAILURE() << "missing fixture " << source << ": build the fixtures target";
+        return path;
+    }
+    std::ofstream out(path, std::ios::binary);
+    if (!(out << in.rdbuf()) || !out.flush())
+        ADD_FAILURE() << "could not copy fixture " << source << " to " << path;
+    return path;
 }
-
-const char FINISHED_OVERALL[] = "section overall\n"
-                                "  statusValid = 1\n"
-                                "  finalStatusValid = 1\n";
 
 std::string openFailure(std::function<void()> construct) {
     try {
@@ -161,7 +164,7 @@ TEST(VerifyOpen, PoolPaths) {
 
 TEST(VerifyOpen, FieldsAfterConstruction) {
     TempDir dir;
-    const std::string path = buildReport(dir, "r.vbf", "file.crc = 0x11223344\n");
+    const std::string path = fixtureReport(dir, "crc_only", "r.vbf");
     std::ostringstream out;
     VerifyFile vf(path, out, 0);
     EXPECT_TRUE(vf.displayActions);
@@ -188,17 +191,7 @@ TEST(VerifyOpen, FieldsAfterConstruction) {
 
 TEST(VerifyRead, VolumesAndHeadersKeptInFileOrder) {
     TempDir dir;
-    const std::string path = buildReport(
-        dir, "r.vbf",
-        std::string("section header\n"
-                    "  header.reserved8 = hex:0102030405060708090a0b0c\n"
-                    "  header.reserved32 = \"kept bytes\"\n"
-                    "  payload = hex:aabb\n"
-                    "  payload.append = hex:" + std::string(156, '0') + "\n") +
-            FINISHED_OVERALL +
-            "section volume\n  volumeName = \"VOL1\"\n  header@40 = hex:01\n"
-            "section volume\n  volumeName = \"VOL2\"\n  header@40 = hex:02\n"
-            "section volume\n  volumeName = \"VOL3\"\n  header@40 = hex:03\n");
+    const std::string path = fixtureReport(dir, "volumes_and_headers", "r.vbf");
     std::ostringstream out;
     VerifyFile vf(path, out, 0);
     vf.displayObjectDetails = false;
@@ -225,12 +218,7 @@ TEST(VerifyRead, VolumesAndHeadersKeptInFileOrder) {
 
 TEST(VerifyRead, OddOffsetFieldsOfThePool) {
     TempDir dir;
-    const std::string path = buildReport(dir, "r.vbf",
-                                         std::string(FINISHED_OVERALL) +
-                                             "section pool\n"
-                                             "  errors = 0x0102030405060708\n"
-                                             "  warnings = 0x1112131415161718\n"
-                                             "  poolName = \"P\\u00e9\"\n");
+    const std::string path = fixtureReport(dir, "pool_odd_offsets", "r.vbf");
     std::ostringstream out;
     VerifyFile vf(path, out, 0);
     EXPECT_EQ(vf.ReadAndValidateSectionAll(), 0u);
@@ -241,12 +229,7 @@ TEST(VerifyRead, OddOffsetFieldsOfThePool) {
 
 TEST(VerifyRead, ActionListSizes) {
     TempDir dir;
-    const std::string good = buildReport(dir, "good.vbf",
-                                         std::string(FINISHED_OVERALL) +
-                                             "section action\n"
-                                             "  header.size = 424\n" // 96 + 4 + 2 * 162
-                                             "  record\n    key = 5\n    action = \"A\"\n"
-                                             "  record\n    key = 6\n    action = \"B\"\n");
+    const std::string good = fixtureReport(dir, "actions_two", "good.vbf");
     std::ostringstream out;
     VerifyFile vf(good, out, 0);
     vf.displayActions = false;
@@ -256,11 +239,7 @@ TEST(VerifyRead, ActionListSizes) {
     EXPECT_EQ(vf.actions.records[0].action[0], 'A');
     EXPECT_EQ(out.str().find("Action list"), std::string::npos);
 
-    const std::string bad = buildReport(dir, "bad.vbf",
-                                        std::string(FINISHED_OVERALL) +
-                                            "section action\n"
-                                            "  header.size = 423\n"
-                                            "  record\n  record\n");
+    const std::string bad = fixtureReport(dir, "actions_bad_size", "bad.vbf");
     std::ostringstream badOut;
     VerifyFile badFile(bad, badOut, 0);
     EXPECT_EQ(badFile.ReadAndValidateSectionAll(), 21756u);
@@ -284,10 +263,8 @@ TEST(VerifyRead, HugeCountsFailWithoutAllocating) {
     TempDir dir;
     for (const Case& c : cases) {
         // count * size wraps to 0, so the size check passes with no records.
-        const std::string path = buildReport(
-            dir, std::string(c.kind) + ".vbf",
-            std::string(FINISHED_OVERALL) + "section " + c.kind + "\n  count = " + c.count +
-                "\n  header.size = 100\n  payload.append = hex:" + std::string(200, 'e') + "\n");
+        const std::string path =
+            fixtureReport(dir, std::string("huge_count_") + c.kind, std::string(c.kind) + ".vbf");
         std::ostringstream out;
         VerifyFile vf(path, out, 0);
         EXPECT_EQ(vf.ReadAndValidateSectionAll(), 20100u) << c.kind;
@@ -299,12 +276,7 @@ TEST(VerifyRead, HugeCountsFailWithoutAllocating) {
 
 TEST(VerifyRead, ListsAndSkipsThroughAPipe) {
     TempDir dir;
-    const std::string source = buildReport(
-        dir, "r.vbf",
-        std::string(FINISHED_OVERALL) +
-            "section message\n  payload = hex:00112233\n"
-            "section conflicts\n  record\n    block = 16\n  record\n    block = 17\n"
-            "section conflicts\n  count = 0x20000000\n  header.size = 100\n");
+    const std::string source = fixtureReport(dir, "lists_and_skips", "r.vbf");
     const std::string fifo = dir.file("pipe");
     ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
     const std::string bytes = readAll(source);
@@ -327,8 +299,7 @@ TEST(VerifyRead, ListsAndSkipsThroughAPipe) {
 
 TEST(VerifyRead, NothingWrittenToOrNextToTheReport) {
     TempDir dir;
-    const std::string path =
-        buildReport(dir, "r.vbf", std::string(FINISHED_OVERALL) + "section pool\nsection volume\n");
+    const std::string path = fixtureReport(dir, "pool_and_volume", "r.vbf");
     const std::string before = readAll(path);
     const std::string listing = directoryListing(dir.path());
     struct stat info;
@@ -349,9 +320,7 @@ TEST(VerifyRead, NothingWrittenToOrNextToTheReport) {
 
 TEST(VerifyCopy, CopiesTheWholeReportWhenTheCrcIsRight) {
     TempDir dir;
-    const std::string path = buildReport(dir, "r.vbf",
-                                         std::string(FINISHED_OVERALL) +
-                                             "section pool\n  errors = 3\nsection volume\n");
+    const std::string path = fixtureReport(dir, "pool_errors_and_volume", "r.vbf");
     std::ostringstream out;
     VerifyFile vf(path, out, 0);
     const std::string destination = dir.file("copy.vbf");
@@ -363,7 +332,7 @@ TEST(VerifyCopy, CopiesTheWholeReportWhenTheCrcIsRight) {
 
 TEST(VerifyCopy, WrongCrcThrows) {
     TempDir dir;
-    const std::string path = buildReport(dir, "r.vbf", "file.crc = 5\nsection header\n");
+    const std::string path = fixtureReport(dir, "wrong_crc", "r.vbf");
     std::ostringstream out;
     VerifyFile vf(path, out, 0);
     EXPECT_EQ(openFailure([&] { vf.CopyFile(dir.file("copy.vbf")); }), "CRC is incorrect");
@@ -376,7 +345,7 @@ TEST(VerifyCopy, WrongCrcThrows) {
 
 TEST(VerifyCopy, UncreatableDestination) {
     TempDir dir;
-    const std::string path = buildReport(dir, "r.vbf", "section header\n");
+    const std::string path = fixtureReport(dir, "header_only", "r.vbf");
     std::ostringstream out;
     VerifyFile vf(path, out, 0);
     const std::string destination = dir.file("missing/copy.vbf");
@@ -390,81 +359,8 @@ TEST(VerifyCopy, UncreatableDestination) {
 
 namespace {
 
-// Distinct value per field name, cut to the field's width (31 bits for i32).
-uint64_t valueFor(const std::string& name, size_t width, bool isSigned) {
-    uint64_t h = 1469598103934665603ull;
-    for (unsigned char c : name)
-        h = (h ^ c) * 1099511628211ull;
-    if (isSigned)
-        return h & 0x7fffffffull;
-    return width == 8 ? h : h & ((uint64_t{1} << (8 * width)) - 1);
-}
-
-template <typename R> struct FieldCheck {
-    const char* name;
-    size_t width;
-    bool isSigned;
-    std::function<uint64_t(const R&)> get;
-};
-
-#define VF_FIELD(R, path)                                                                      \
-    FieldCheck<R> {                                                                            \
-        #path, sizeof(static_cast<R*>(nullptr)->path),                                          \
-            std::is_signed<decltype(static_cast<R*>(nullptr)->path)>::value,                    \
-            [](const R& r) { return static_cast<uint64_t>(r.path); }                            \
-    }
-
-#define VF_CBS_FIELDS(R, cbs)                                                                  \
-    VF_FIELD(R, cbs.reserved0), VF_FIELD(R, cbs.blockCount), VF_FIELD(R, cbs.blockCountPass2),  \
-        VF_FIELD(R, cbs.badBlockValue), VF_FIELD(R, cbs.badBlockValuePass2),                    \
-        VF_FIELD(R, cbs.crossLinkedBlocks), VF_FIELD(R, cbs.incorrectMagic),                    \
-        VF_FIELD(R, cbs.incorrectRecordCount), VF_FIELD(R, cbs.incorrectChecksum),              \
-        VF_FIELD(R, cbs.readErrors), VF_FIELD(R, cbs.miscellaneousErrors),                      \
-        VF_FIELD(R, cbs.invalidBlocks), VF_FIELD(R, cbs.reserved128),                           \
-        VF_FIELD(R, cbs.invalidNextLeaf), VF_FIELD(R, cbs.levelCurrent),                        \
-        VF_FIELD(R, cbs.levelMaximum), VF_FIELD(R, cbs.levelLimit),                             \
-        VF_FIELD(R, cbs.levels[0].blocks), VF_FIELD(R, cbs.levels[7].records),                  \
-        VF_FIELD(R, cbs.levels[20].objects), VF_FIELD(R, cbs.branches.blocks),                  \
-        VF_FIELD(R, cbs.branches.records), VF_FIELD(R, cbs.leaves.objects)
-
-#define VF_TREE_FIELDS(R)                                                                      \
-    VF_CBS_FIELDS(R, vdb.blocks), VF_FIELD(R, vdb.blockQuota), VF_FIELD(R, vdb.blocksInUse),    \
-        VF_FIELD(R, vdb.numberOfFiles), VF_FIELD(R, vdb.numberOfObjects),                       \
-        VF_FIELD(R, vdb.nextAvailableId), VF_FIELD(R, vdb.purgeableBlocks),                     \
-        VF_FIELD(R, vdb.reserved496), VF_FIELD(R, vdb.encryptionAlgorithm),                     \
-        VF_FIELD(R, bt.reserved0), VF_CBS_FIELDS(R, bt.objectTree),                             \
-        VF_CBS_FIELDS(R, bt.specialTree), VF_CBS_FIELDS(R, bt.dataBlocks),                      \
-        VF_FIELD(R, bt.reserved1304), VF_FIELD(R, bt.salvageableObjects),                       \
-        VF_FIELD(R, bt.salvageableBlocks), VF_FIELD(R, bt.dataStreamObjects),                   \
-        VF_FIELD(R, bt.systemObjects), VF_FIELD(R, bt.fileObjects),                             \
-        VF_FIELD(R, bt.directoryObjects), VF_FIELD(R, bt.orphanedObjects),                      \
-        VF_FIELD(R, bt.missingParentsInNT), VF_FIELD(R, bt.reserved1376),                       \
-        VF_FIELD(R, bt.lostDataBlocks), VF_FIELD(R, bt.filesWithLostData),                      \
-        VF_FIELD(R, bt.missingNameEntries), VF_FIELD(R, bt.missingSalvageEntries),              \
-        VF_FIELD(R, bt.namedObjects), VF_FIELD(R, bt.extraNameEntries),                         \
-        VF_FIELD(R, bt.objectsRequiringNoNames), VF_FIELD(R, bt.sysObjectsNameEntries),         \
-        VF_FIELD(R, bt.unreadableObjects), VF_FIELD(R, bt.greatestObjectId),                    \
-        VF_FIELD(R, bt.duplicateIdsA), VF_FIELD(R, bt.duplicateIdsB),                           \
-        VF_FIELD(R, bt.reserved1480), VF_FIELD(R, bt.idRangeErrorsA),                           \
-        VF_FIELD(R, bt.idRangeErrorsB), VF_FIELD(R, bt.reserved1504),                           \
-        VF_FIELD(R, bt.btiEntries), VF_FIELD(R, bt.missingBtiEntries),                          \
-        VF_FIELD(R, nt.reserved0), VF_CBS_FIELDS(R, nt.nameTree), VF_FIELD(R, nt.fileNames),    \
-        VF_FIELD(R, nt.directoryNames), VF_FIELD(R, nt.overflowNodesA),                         \
-        VF_FIELD(R, nt.overflowNodesB), VF_FIELD(R, nt.objectsWithDuplicateNames),              \
-        VF_FIELD(R, nt.totalDuplicateNames), VF_FIELD(R, nt.nameEntriesWithoutObjects),         \
-        VF_FIELD(R, nt.reserved496), VF_CBS_FIELDS(R, ubt.blocks),                              \
-        VF_CBS_FIELDS(R, dbt.blocks), VF_CBS_FIELDS(R, mfl.blocks), VF_FIELD(R, mfl.reserved432), \
-        VF_CBS_FIELDS(R, efl.blocks), VF_CBS_FIELDS(R, efl.blocks2), VF_CBS_FIELDS(R, pl.blocks), \
-        VF_CBS_FIELDS(R, bti.blocks), VF_FIELD(R, bti.invalidBtiEntries)
-
-template <typename R>
-std::string describe(const char* kind, const std::vector<FieldCheck<R>>& fields) {
-    std::string desc = std::string("section ") + kind + "\n";
-    for (const auto& f : fields)
-        desc += std::string("  ") + f.name + " = " +
-                std::to_string(valueFor(f.name, f.width, f.isSigned)) + "\n";
-    return desc;
-}
+using verifyLayout_test::FieldCheck;
+using verifyLayout_test::valueFor;
 
 template <typename R> void expectFields(const R& record, const std::vector<FieldCheck<R>>& fields) {
     for (const auto& f : fields)
@@ -474,42 +370,12 @@ template <typename R> void expectFields(const R& record, const std::vector<Field
 } // namespace
 
 TEST(VerifyLayout, EveryFieldOfTheFixedRecords) {
-    using S = ZVP_Status_s;
-    using V = ZVP_LVStats_s;
-    using P = ZVP_PoolStats_s;
-    const std::vector<FieldCheck<S>> status = {
-        VF_FIELD(S, statusValid),       VF_FIELD(S, blockSize),        VF_FIELD(S, totalBlocks),
-        VF_FIELD(S, userKey),           VF_FIELD(S, unaccountedBlocks), VF_FIELD(S, crossLinkedBlocks),
-        VF_FIELD(S, invalidBlocks),     VF_FIELD(S, verifyStartTime),  VF_FIELD(S, blocksVerified),
-        VF_FIELD(S, blocksReverified),  VF_FIELD(S, finalStatusValid), VF_FIELD(S, completionCode),
-        VF_FIELD(S, abortedByUser),     VF_FIELD(S, verifyEndTime)};
-    const std::vector<FieldCheck<V>> volume = {
-        VF_FIELD(V, errors), VF_FIELD(V, warnings), VF_FIELD(V, deleted), VF_FIELD(V, purging),
-        VF_FIELD(V, deletionTime), VF_FIELD(V, locator), VF_TREE_FIELDS(V)};
-    const std::vector<FieldCheck<P>> pool = {
-        VF_FIELD(P, errors), VF_FIELD(P, warnings), VF_FIELD(P, totalBlocks),
-        VF_FIELD(P, usedByPool), VF_FIELD(P, unaccountedBlocks), VF_FIELD(P, crossLinkedBlocks),
-        VF_FIELD(P, salvageableObjects), VF_FIELD(P, salvageableBlocks),
-        VF_FIELD(P, reserved1078), VF_FIELD(P, crossValidation), VF_FIELD(P, lvsNotVerified),
-        VF_FIELD(P, highestLsn), VF_FIELD(P, lowestLsn), VF_CBS_FIELDS(P, poolBlocks1),
-        VF_CBS_FIELDS(P, poolBlocks2), VF_CBS_FIELDS(P, poolBlocks3),
-        VF_CBS_FIELDS(P, poolBlocks4), VF_CBS_FIELDS(P, poolBlocks5),
-        VF_FIELD(P, systemTotalBlocks), VF_FIELD(P, systemBlocksInUse),
-        VF_FIELD(P, purgeableBlocks), VF_FIELD(P, nonPurgeableBlocks), VF_FIELD(P, reserved3342),
-        VF_CBS_FIELDS(P, salvageTree), VF_FIELD(P, salvageParentsWithoutIds),
-        VF_FIELD(P, salvageParentsWithoutNames), VF_FIELD(P, salvageEntriesWithoutIds),
-        VF_FIELD(P, salvageEntriesWithoutNames), VF_CBS_FIELDS(P, poolBlocks6),
-        VF_CBS_FIELDS(P, poolBlocks7), VF_CBS_FIELDS(P, freeBlocks), VF_TREE_FIELDS(P)};
+    const auto status = verifyLayout_test::statusFields();
+    const auto volume = verifyLayout_test::volumeFields();
+    const auto pool = verifyLayout_test::poolFields();
 
     TempDir dir;
-    const std::string path = buildReport(
-        dir, "layout.vbf",
-        describe("overall", status) + "  finalStatusValid = 1\n  completionCode = 0\n" +
-            "  poolName = \"" + std::string(64, 'p') + "\"\n" +
-            "  sourceSetter = \"setter\"\n  sourceCaller = \"caller\"\n" +
-            describe("pool", pool) + "  poolName = \"POOL\"\n" + describe("volume", volume) +
-            "  volumeName = \"VOLUME\"\n  volumeId = 00000001-0002-0003-80-05-060708090a0b\n" +
-            "  bt.objectTree.name = \"tree name\"\n");
+    const std::string path = fixtureReport(dir, "layout_fixed", "layout.vbf");
     std::ostringstream out;
     VerifyFile vf(path, out, 0);
     vf.displayObjectDetails = false;
@@ -532,29 +398,11 @@ TEST(VerifyLayout, EveryFieldOfTheFixedRecords) {
 }
 
 TEST(VerifyLayout, EveryFieldOfTheListRecords) {
-    using A = RAV_Action_s;
-    using C = BlockConflicts_s;
-    using K = LVSkipped_s;
-    const std::vector<FieldCheck<A>> action = {
-        VF_FIELD(A, key),   VF_FIELD(A, startSeconds), VF_FIELD(A, endSeconds),
-        VF_FIELD(A, start), VF_FIELD(A, end),          VF_FIELD(A, isPool)};
-    const std::vector<FieldCheck<C>> conflict = {VF_FIELD(C, block), VF_FIELD(C, object1),
-                                                 VF_FIELD(C, volume1), VF_FIELD(C, object2),
-                                                 VF_FIELD(C, volume2)};
-    const std::vector<FieldCheck<K>> skipped = {VF_FIELD(K, status)};
-    auto records = [](const auto& fields, const char* kind, const std::string& extra) {
-        std::string desc = describe(kind, fields);
-        desc.insert(desc.find('\n') + 1, "  record\n");
-        return desc + extra;
-    };
+    const auto action = verifyLayout_test::actionFields();
+    const auto conflict = verifyLayout_test::conflictFields();
+    const auto skipped = verifyLayout_test::skippedFields();
     TempDir dir;
-    const std::string path = buildReport(
-        dir, "lists.vbf",
-        std::string(FINISHED_OVERALL) +
-            records(action, "action",
-                    "  object = \"OBJ\"\n  subObject = \"sub\"\n  action = \"act\"\n") +
-            records(conflict, "conflicts", "") +
-            records(skipped, "skipped", "  volumeName = \"SKIP\"\n  sourceSetter = \"src\"\n"));
+    const std::string path = fixtureReport(dir, "layout_lists", "lists.vbf");
     std::ostringstream out;
     VerifyFile vf(path, out, 0);
     EXPECT_EQ(vf.ReadAndValidateSectionAll(), 0u);
@@ -611,7 +459,7 @@ const std::string EIO_STATUS = std::to_string(5u + 0x22BA5000u);
 
 TEST(VerifyReadErrors, SectionHeader) {
     TempDir dir;
-    const std::string path = buildReport(dir, "r.vbf", std::string(FINISHED_OVERALL) + "section pool\n");
+    const std::string path = fixtureReport(dir, "overall_and_pool", "r.vbf");
     std::ostringstream out;
     VerifyFile vf(path, out, 0);
     FailingSource source;
@@ -627,7 +475,7 @@ TEST(VerifyReadErrors, SectionHeader) {
 
 TEST(VerifyReadErrors, SectionPayload) {
     TempDir dir;
-    const std::string path = buildReport(dir, "r.vbf", std::string(FINISHED_OVERALL) + "section pool\n");
+    const std::string path = fixtureReport(dir, "overall_and_pool", "r.vbf");
     std::ostringstream out;
     VerifyFile vf(path, out, 0);
     FailingSource source;
@@ -645,7 +493,7 @@ TEST(VerifyReadErrors, SectionPayload) {
 
 TEST(VerifyReadErrors, CopyStopsOnAReadError) {
     TempDir dir;
-    const std::string path = buildReport(dir, "r.vbf", std::string(FINISHED_OVERALL) + "section pool\n");
+    const std::string path = fixtureReport(dir, "overall_and_pool", "r.vbf");
     std::ostringstream out;
     VerifyFile vf(path, out, 0);
     FailingSource source;

@@ -2,7 +2,7 @@
 # zero bytes are dropped as they are read, so the text stays empty and the
 # log is reported for what it is, a file without <rebuildLog>, not as too
 # large for memory. (The sanitizers' runtime cannot run under such a limit.)
-if ldd "$LOGSIFT" | grep -q libasan; then
+if [ "${SANITIZED:-OFF}" = ON ]; then
     echo "built with the sanitizers" >&2
     exit 77
 fi
