@@ -34,9 +34,14 @@ tool: $(BUILD_DIR)/CMakeCache.txt
 	cmake --build $(BUILD_DIR) -j $(JOBS) --target logsift logsift-json
 
 # Builds the tool (and the simulated administration volume where libfuse3 is
-# there), then shows it on the bundled sample files.
-demo: $(BUILD_DIR)/CMakeCache.txt
-	cmake --build $(BUILD_DIR) -j $(JOBS) --target demo_programs
+# there), then shows it on the bundled sample files. The build's messages go
+# to a log, so that the demo fits a few screens; a failed build shows them.
+demo:
+	@mkdir -p $(BUILD_DIR)
+	@echo "Building the programs (the build's messages: $(BUILD_DIR)/demo-build.log)"
+	@{ [ -f $(BUILD_DIR)/CMakeCache.txt ] || $(CONFIGURE) && \
+	   cmake --build $(BUILD_DIR) -j $(JOBS) --target demo_programs; } \
+	   >$(BUILD_DIR)/demo-build.log 2>&1 || { tail -n 40 $(BUILD_DIR)/demo-build.log; exit 1; }
 	@bash examples/demo.sh $(LOGSIFT)
 
 # The developer's loop: builds, then runs the unit tests, the end-to-end
