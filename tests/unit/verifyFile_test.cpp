@@ -5,6 +5,7 @@
 // build, from tests/unit/fixtures/*.vbfdesc and from verifyLayoutDescription;
 // a test only copies one into its own directory.
 #include "util/common_cpp/verifyFile.h"
+#include "util/support/qvsLib.h"
 
 #include "tests/unit/verifyLayout_testutil.h"
 

@@ -6,7 +6,7 @@
 #define UTIL_COMMON_CPP_JSONFIELDS_H
 
 #include "util/common_cpp/fieldKinds.h"
-#include "util/common_cpp/verifyFileOutput.h"
+#include "util/common_cpp/verifyNames.h"
 #include "util/support/jsonWriter.h"
 #include "util/support/qvsGuid.h"
 

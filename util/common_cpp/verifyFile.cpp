@@ -1,6 +1,10 @@
 // verifyFile.cpp - opening, copying and section-by-section reading of verify
-// reports. The text of each section comes from verifyFileOutput.cpp.
+// reports. Each section goes to the printer as it is read; the pool and volume
+// members of VerifyFile forward to their renderers (verifyFileOutput).
 #include "util/common_cpp/verifyFile.h"
+
+#include "util/common_cpp/verifyFileOutput.h"
+#include "util/common_cpp/verifyTextPrinter.h"
 
 #include "util/support/location.h"
 #include "util/support/qvsApp.h"
@@ -174,8 +178,7 @@ unsigned LVSkippedStats::Read(VerifyFile& file, unsigned payloadLength, std::ost
 // ---------------------------------------------------------------- opening
 
 VerifyFile::VerifyFile(const std::string& fileName, std::ostream& out, unsigned debugMask)
-    : displayActions(true), displayHistograms(true), displayObjectDetails(true), out(out),
-      textPrinter(*this), printer(&textPrinter) {
+    : displayActions(true), displayHistograms(true), displayObjectDetails(true), out(out) {
     InitialiseFields(debugMask, 0);
     poolName = "None";
     path = fileName;
@@ -184,8 +187,7 @@ VerifyFile::VerifyFile(const std::string& fileName, std::ostream& out, unsigned 
 
 VerifyFile::VerifyFile(const std::string& poolName, const std::string* serverName, long time,
                        std::ostream& out, unsigned debugMask)
-    : displayActions(true), displayHistograms(true), displayObjectDetails(true), out(out),
-      textPrinter(*this), printer(&textPrinter) {
+    : displayActions(true), displayHistograms(true), displayObjectDetails(true), out(out) {
     InitialiseFields(debugMask, time);
     this->poolName = poolName;
     // No separator between the pool name and the file name, as callers expect.
@@ -195,8 +197,7 @@ VerifyFile::VerifyFile(const std::string& poolName, const std::string* serverNam
 
 VerifyFile::VerifyFile(const std::string& poolName, const std::string* serverName, long time,
                        std::ostream& out, bool is64, unsigned debugMask)
-    : displayActions(true), displayHistograms(true), displayObjectDetails(true), out(out),
-      textPrinter(*this), printer(&textPrinter) {
+    : displayActions(true), displayHistograms(true), displayObjectDetails(true), out(out) {
     InitialiseFields(debugMask, time);
     this->poolName = poolName;
     this->is64 = is64;
@@ -384,7 +385,17 @@ long long VerifyFile::RemainingBytes() const {
 
 // ---------------------------------------------------------------- sections
 
+VerifyPrinter& VerifyFile::Printer() {
+    if (printer != nullptr)
+        return *printer;
+    if (!textPrinter)
+        textPrinter = NewVerifyTextPrinter(out, Switches());
+    return *textPrinter;
+}
+
 unsigned VerifyFile::ReadAndValidateSectionAll() {
+    // The text shows what the switches ask for when reading starts.
+    textPrinter.reset();
     unsigned sections = 0;
     for (;;) {
         unsigned result = ReadAndValidateSection();
@@ -422,27 +433,51 @@ unsigned VerifyFile::ReadAndValidateSectionAll() {
     }
 }
 
-template <typename Record> unsigned VerifyFile::ReadVariableList(char const* title) {
+unsigned VerifyFile::ReadVariableList(ListType const& type) {
     uint32_t count = 0;
     unsigned result = ReadSection(&count, sizeof count);
     if (result != 0) {
         out << VF_LOC(1398) << std::endl;
         return result;
     }
-    printer->ListStart(title, count, static_cast<Record const*>(nullptr));
+    VerifyPrinter& to = Printer();
+    to.ListStart(type, count);
     // Rows are handed on as they are read; the list is never held.
-    Record record;
+    alignas(8) unsigned char row[LargestListRecord()];
     for (uint32_t i = 0; i < count; ++i) {
-        result = ReadSection(&record, sizeof record);
+        result = ReadSection(row, static_cast<int>(type.size));
         if (result != 0) {
             out << VF_LOC(1412) << std::endl;
             return result;
         }
-        printer->ListRow(record);
+        to.ListRow(type, row);
     }
-    printer->ListEnd();
+    to.ListEnd(type);
     return 0;
 }
+
+namespace {
+
+// The handler of each section that has one; the variable-data lists are read
+// by their registry row.
+struct SectionHandler {
+    uint64_t tag;
+    unsigned (VerifyFile::*read)(VerifyFileSection*);
+};
+
+constexpr SectionHandler SECTION_HANDLERS[] = {
+    {TAG_HEADER, &VerifyFile::ReadAndValidateHeader},
+    {Layout<ZVP_Status_s>::TAG, &VerifyFile::ReadAndValidateOverall},
+    {Layout<ZVP_PoolStats_s>::TAG, &VerifyFile::ReadAndValidatePool},
+    {Layout<ZVP_LVStats_s>::TAG, &VerifyFile::ReadAndValidateVolume},
+    {Layout<RAV_Action_s>::TAG, &VerifyFile::ReadAndValidateAction},
+    {Layout<BlockConflicts_s>::TAG, &VerifyFile::ReadAndValidateConflictBlocks},
+    {Layout<LVSkipped_s>::TAG, &VerifyFile::ReadAndValidateLVSSkipped},
+    {TAG_MESSAGE_RECORD, &VerifyFile::ReadAndValidateMessageRecord},
+    {TAG_DEBUG_RECORD, &VerifyFile::ReadAndValidateDebugRecord},
+};
+
+} // namespace
 
 unsigned VerifyFile::ReadAndValidateSection() {
     VerifyFileSection header;
@@ -453,65 +488,13 @@ unsigned VerifyFile::ReadAndValidateSection() {
         out << VF_LOC(1595) << " " << result << std::endl;
         return result;
     }
-    switch (header.TypeTag()) {
-    case TAG_HEADER:
-        return ReadAndValidateHeader(&header);
-    case TAG_OVERALL:
-        return ReadAndValidateOverall(&header);
-    case TAG_POOL:
-        return ReadAndValidatePool(&header);
-    case TAG_VOLUME:
-        return ReadAndValidateVolume(&header);
-    case TAG_ACTION:
-        return ReadAndValidateAction(&header);
-    case TAG_CONFLICT_BLOCKS:
-        return ReadAndValidateConflictBlocks(&header);
-    case TAG_LV_SKIPPED:
-        return ReadAndValidateLVSSkipped(&header);
-    case TAG_MESSAGE_RECORD:
-        return ReadAndValidateMessageRecord(&header);
-    case TAG_DEBUG_RECORD:
-        return ReadAndValidateDebugRecord(&header);
-    case TAG_NEXT_LEAF_INVALID:
-        return ReadVariableList<CBSV_NextLeafInvalidList_s>("Invalid next leaf list");
-    case TAG_INVALID_BLOCK:
-        return ReadVariableList<CBSV_InvalidBlockList_s>("Invalid block list");
-    case TAG_BRANCH_OUT_OF_RANGE:
-        return ReadVariableList<BTDS_BranchOutOfRangeZids_s>(
-            "Out of range IDs in Object Tree branches");
-    case TAG_UNREADABLE_ZID:
-        return ReadVariableList<BTDS_UnreadableZid_s>("Unreadable Zid list");
-    case TAG_BTZ_NOT_IN_NT:
-        return ReadVariableList<BTDS_BTZnotInNT_s>("Zid not found in name tree");
-    case TAG_BTZ_NOT_IN_PT:
-        return ReadVariableList<BTDS_BTZnotInPT_s>("Zid not found in purge tree");
-    case TAG_DUPLICATE_ZIDS_B:
-        return ReadVariableList<BTDS_DuplicateZidsB_s>("Duplicate zid in branch");
-    case TAG_DUPLICATE_ZIDS_L:
-        return ReadVariableList<BTDS_DuplicateZidsL_s>("Duplicate Zid in leaf");
-    case TAG_OUT_OF_RANGE:
-        return ReadVariableList<BTDS_OutOfRangeZids_s>("Out of range IDs in Object Tree leaves");
-    case TAG_BT_BAD_NT_FILES:
-        return ReadVariableList<BTDS_BTBadNTFiles_s>(
-            "Missing name space and/or files with multiple IDs in Object Tree");
-    case TAG_MISSING_PARENT:
-        return ReadVariableList<BTDS_missingBeastParentEnts_s>("Objects with missing parent");
-    case TAG_NTZ_NOT_IN_BT:
-        return ReadVariableList<NTDS_NTZnotInBT_s>(
-            "Name Tree entries with no named object in Object Tree");
-    case TAG_STZ_NOT_IN_BT:
-        return ReadVariableList<STDS_STZnotInBT_s>("Salvage Tree entries with no object");
-    case TAG_STZ_NOT_IN_NT:
-        return ReadVariableList<STDS_STZnotInNT_s>("Salvage Tree entries with no name");
-    case TAG_STPZ_NOT_IN_BT:
-        return ReadVariableList<STDS_STPZnotInBT_s>("Salvage Tree entries with no parent object");
-    case TAG_STPZ_NOT_IN_NT:
-        return ReadVariableList<STDS_STPZnotInNT_s>("Salvage Tree entries with no parent name");
-    case TAG_UNACCOUNTED_BLOCKS:
-        return ReadVariableList<STDS_unaccBlks_s>("Unaccounted blocks regions");
-    default:
-        break;
-    }
+    const uint64_t tag = header.TypeTag();
+    for (const SectionHandler& handler : SECTION_HANDLERS)
+        if (handler.tag == tag)
+            return (this->*handler.read)(&header);
+    for (const ListType& type : VARIABLE_LISTS)
+        if (type.tag == tag)
+            return ReadVariableList(type);
     out << VF_LOC(1757) << " Unknown section \"";
     out.write(header.type, sizeof header.type);
     out << "\" type (will skip)" << std::endl;
@@ -558,7 +541,7 @@ unsigned VerifyFile::ReadAndValidateOverall(VerifyFileSection* header) {
         return result;
     }
     overallSectionHeader = *header;
-    printer->Status(status);
+    Printer().Status(status);
     return 0;
 }
 
@@ -578,7 +561,7 @@ unsigned VerifyFile::ReadAndValidatePool(VerifyFileSection* header) {
         return result;
     }
     poolSectionHeader = *header;
-    printer->Pool(poolStats);
+    Printer().Pool(poolStats);
     return 0;
 }
 
@@ -594,7 +577,7 @@ unsigned VerifyFile::ReadAndValidateVolume(VerifyFileSection* header) {
         out << VF_LOC(561) << std::endl;
         return result;
     }
-    printer->Volume(volume);
+    Printer().Volume(volume);
     volumes.push_back(volume);
     volumeSectionHeaders.push_back(*header);
     return 0;
@@ -612,7 +595,7 @@ unsigned VerifyFile::ReadAndValidateAction(VerifyFileSection* header) {
         return result;
     }
     actionSectionHeader = *header;
-    printer->Actions(actions);
+    Printer().Actions(actions);
     return 0;
 }
 
@@ -628,7 +611,7 @@ unsigned VerifyFile::ReadAndValidateConflictBlocks(VerifyFileSection* header) {
         return result;
     }
     conflictBlocksSectionHeader = *header;
-    printer->Conflicts(conflicts);
+    Printer().Conflicts(conflicts);
     return 0;
 }
 
@@ -645,7 +628,7 @@ unsigned VerifyFile::ReadAndValidateLVSSkipped(VerifyFileSection* header) {
         return result;
     }
     lvSkippedSectionHeader = *header;
-    printer->Skipped(lvSkipped);
+    Printer().Skipped(lvSkipped);
     return 0;
 }
 
@@ -661,49 +644,24 @@ unsigned VerifyFile::ReadAndValidateDebugRecord(VerifyFileSection* header) {
     return 0;
 }
 
-// ---------------------------------------------------------------- the text printer
+// ---------------------------------------------------------------- the text of pools and volumes
 
-VerifyPrinter::~VerifyPrinter() = default;
-
-VerifyTextPrinter::VerifyTextPrinter(VerifyFile& reader) : file(reader) {}
-
-VerifyTextPrinter::~VerifyTextPrinter() = default;
-
-void VerifyTextPrinter::Status(ZVP_Status_s const& status) { file.out << status << '\n'; }
-
-void VerifyTextPrinter::Pool(ZVP_PoolStats_s const& pool) {
-    file.displayZVP_PoolStats_s(file.out, pool);
+void VerifyFile::displayZVP_PoolStats_s(std::ostream& os, ZVP_PoolStats_s const& pool) {
+    writePool(os, pool, Switches());
 }
 
-void VerifyTextPrinter::Volume(ZVP_LVStats_s const& volume) {
-    file.displayZVP_LVStats_s(file.out, volume);
+void VerifyFile::displayZVP_LVStats_s(std::ostream& os, ZVP_LVStats_s const& volume) {
+    writeVolume(os, volume, Switches());
 }
 
-void VerifyTextPrinter::Actions(ActionStats const& list) {
-    if (file.displayActions)
-        file.out << '\n' << list << '\n';
+void VerifyFile::fileVolumeOut(std::ostream& os, BTStats_s const& bt, NTStats_s const& nt,
+                               VDBStats_s const& vdb, UBTStats_s const& ubt,
+                               DBTStats_s const& dbt, MFLStats_s const& mfl,
+                               EFLStats_s const& efl, PLStats_s const& pl,
+                               BTIStats_s const& bti) {
+    writeVolumeParts(os, bt, nt, vdb, ubt, dbt, mfl, efl, pl, bti, Switches());
 }
 
-void VerifyTextPrinter::Conflicts(ConflictBlocksStats const& list) {
-    file.out << '\n' << list << '\n';
-}
-
-void VerifyTextPrinter::Skipped(LVSkippedStats const& list) { file.out << '\n' << list << '\n'; }
-
-#define VF_TEXT_LIST_METHODS(Record)                                                            \
-    void VerifyTextPrinter::ListStart(char const* title, uint32_t count, Record const* none) {  \
-        listShown = count != 0;                                                                 \
-        if (!listShown)                                                                         \
-            return;                                                                             \
-        variablePreHeader(file.out, title, count);                                              \
-        variableHeader(file.out, none);                                                         \
-    }                                                                                           \
-    void VerifyTextPrinter::ListRow(Record const& row) { variableData(file.out, &row); }
-VF_VARIABLE_RECORDS(VF_TEXT_LIST_METHODS)
-#undef VF_TEXT_LIST_METHODS
-
-void VerifyTextPrinter::ListEnd() {
-    if (listShown)
-        file.out << '\n';
-    listShown = false;
+void VerifyFile::displayCommonBlockStats_s(std::ostream& os, CommonBlockStats_s const& stats) {
+    writeObjectDetailsIf(os, stats, Switches());
 }

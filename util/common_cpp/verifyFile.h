@@ -1,15 +1,15 @@
 // verifyFile.h - reader of verify reports: opens the file, walks its tagged
-// sections, keeps the fixed records and lists, and prints each section as it
-// is read.
+// sections, keeps the fixed records and lists, and hands each section to its
+// printer as it is read (the text of the report unless given another).
 #ifndef UTIL_COMMON_CPP_VERIFYFILE_H
 #define UTIL_COMMON_CPP_VERIFYFILE_H
 
-#include "util/common_cpp/verifyFileOutput.h"
 #include "util/common_cpp/verifyFileRecords.h"
 #include "util/common_cpp/verifyPrinter.h"
 
 #include <cstdint>
 #include <cstdio>
+#include <memory>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -46,13 +46,6 @@ public:
     ~LVSkippedStats();
     unsigned Read(VerifyFile& file, unsigned payloadLength, std::ostream& out);
 };
-
-std::ostream& operator<<(std::ostream& os, ActionStats const& list);
-std::ostream& operator<<(std::ostream& os, ConflictBlocksStats const& list);
-std::ostream& operator<<(std::ostream& os, LVSkippedStats const& list);
-std::ostream& fileOut(std::ostream& os, ActionStats const& list);
-std::ostream& fileOut(std::ostream& os, ConflictBlocksStats const& list);
-std::ostream& fileOut(std::ostream& os, LVSkippedStats const& list);
 
 class VerifyFile {
 public:
@@ -96,11 +89,13 @@ public:
     uint32_t debugMask;
     std::ostream& out; // not owned: the text report, and the reader's own messages
 
-    // Where the records go as they are read: the text printer on `out`
-    // unless SetPrinter gave another (not owned).
-    VerifyTextPrinter textPrinter;
-    VerifyPrinter* printer;
+    // Where the records go as they are read: the text printer on `out`, with
+    // the display switches as they stand when reading starts, unless
+    // SetPrinter gave another (not owned).
     void SetPrinter(VerifyPrinter& other) { printer = &other; }
+    DisplaySwitches Switches() const {
+        return DisplaySwitches{displayActions, displayHistograms, displayObjectDetails};
+    }
 
     VerifyFile(const std::string& fileName, std::ostream& out, unsigned debugMask);
     // Live statistics of a pool: prefix + poolName + "VerifyStatistics.vbf".
@@ -155,7 +150,11 @@ public:
 private:
     void ConstructorOpen();
     void InitialiseFields(unsigned mask, long time);
-    template <typename Record> unsigned ReadVariableList(char const* title);
+    unsigned ReadVariableList(VerifyFormat::ListType const& type);
+    VerifyPrinter& Printer();
+
+    VerifyPrinter* printer = nullptr;
+    std::unique_ptr<VerifyPrinter> textPrinter;
 };
 
 #endif

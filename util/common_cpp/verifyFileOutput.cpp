@@ -1,15 +1,15 @@
 // verifyFileOutput.cpp - the text of a verify report: dotted lines, status
-// summary, pool and volume blocks, histograms and every record list.
-#include "util/common_cpp/verifyFile.h"
+// summary, pool and volume blocks, histograms, and the headings and rows of
+// every record list (made from the lists' column tables).
 #include "util/common_cpp/verifyFileOutput.h"
+
+#include "util/common_cpp/verifyFile.h"
+#include "util/common_cpp/verifyListText.h"
+#include "util/support/line.h"
 #include "util/support/qvsLib.h"
 
-#include <algorithm>
-#include <charconv>
 #include <cstring>
 #include <ctime>
-#include <new>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,6 +17,9 @@
 namespace {
 
 using namespace VerifyFormat;
+using QVS::Line;
+using RecordTables::Column;
+using RecordTables::ColumnTable;
 
 // Dotted lines: label and value widths.
 constexpr int LABEL_WIDTH = 26;
@@ -30,49 +33,16 @@ static_assert(sizeof(RULE_LINE) == 62, "the rule line is 61 asterisks");
 constexpr uint64_t MISSING_NAME_WARNING = 1024;        // bit 10
 constexpr uint64_t EXTRA_NAME_WARNING = 64;            // bit 6
 constexpr uint64_t BTI_WARNING = 0x100000000ull;       // bit 32
-constexpr unsigned WORD_TABLE_ROWS = 33;               // bits 0 to 32
 
-const char* const ERROR_TEXTS[WORD_TABLE_ROWS] = {
-    "Cross Linked Blocks Exist.",
-    "Name Tree Entries != Named Objects.",
-    "Object Tree Leaf Linked list is broken.",
-    "Name Tree Entries Exist With No Object.",
-    "Total Blocks are in Error.",
-    "Salvage Tree Leaf Linked List is Broken.",
-    "Could Not Verify Logical Volume(s).",
-    "Invalid Blocks Exist.",
-    "Name Tree Leaf Linked list is broken.",
-    "Unknown error", "Unknown error", "Unknown error", "Unknown error", "Unknown error",
-    "Unknown error", "Unknown error", "Unknown error", "Unknown error", "Unknown error",
-    "Unknown error", "Unknown error", "Unknown error", "Unknown error", "Unknown error",
-    "Unknown error", "Unknown error", "Unknown error", "Unknown error", "Unknown error",
-    "Unknown error", "Unknown error", "Unknown error",
-    "BT entry missing in BTI.",
-};
-
-const char* const WARNING_TEXTS[WORD_TABLE_ROWS] = {
-    "Volume System Report 'Blocks in Use' in Error.",
-    "Unaccounted Blocks Exist.",
-    "Volume System Report 'Number of Files' in Error.",
-    "Volume System Report 'Number of Objects' in Error.",
-    "Object Tree Node(s) Contain Corruption.",
-    "Salvage Tree Node(s) Contain Corruption.",
-    "Filename(s) could not be found in the NT.",
-    "Pool System Report 'Number of Objects' in Error.",
-    "Pool System Report 'Blocks in Use' in Error.",
-    "Salvage Tree Inconsistent With Object/Name Trees.",
-    "A 'Volume Problem Report' Shows Problems.",
-    "Sum of 'Salvagable Objects' != Salvage Tree Entries.",
-    "Pool System Report 'Number of Salvagable blocks' in Error.",
-    "Volume System Report 'Number of Salvagable blocks' in Error.",
-    "Pool IV 'Number of Salvagable blocks' in Error.",
-    "Unknown warning", "Unknown warning", "Unknown warning", "Unknown warning",
-    "Unknown warning", "Unknown warning", "Unknown warning", "Unknown warning",
-    "Unknown warning", "Unknown warning", "Unknown warning", "Unknown warning",
-    "Unknown warning", "Unknown warning", "Unknown warning", "Unknown warning",
-    "Unknown warning",
-    "Invalid entry in BTI.",
-};
+// The histogram's heading; its rows are written by level. Headings only: the
+// cells are not used.
+constexpr Column HISTOGRAM_COLUMNS[] = {
+    {"Description", 16, 3, 16, 3, RecordTables::Cell::Unsigned, nullptr, 0, nullptr, 0},
+    {"Blocks", 14, 3, 14, 3, RecordTables::Cell::Unsigned, nullptr, 0, nullptr, 0},
+    {"Records", 16, 3, 16, 3, RecordTables::Cell::Unsigned, nullptr, 0, nullptr, 0},
+    {"Objects", 16, 3, 16, 3, RecordTables::Cell::Unsigned, nullptr, 0, nullptr, 0},
+    {"Records per Blocks", 8, 3, 8, 3, RecordTables::Cell::Unsigned, nullptr, 0, nullptr, 0}};
+constexpr ColumnTable HISTOGRAM{HISTOGRAM_COLUMNS, std::size(HISTOGRAM_COLUMNS), true};
 
 // Restores the format flags on leaving a writer; the fill is not part of them.
 class FlagsSaver {
@@ -109,218 +79,6 @@ std::string narrowText(const char* field, size_t size) {
     return std::string(field, strnlen(field, size));
 }
 
-// A wide name field copied into an aligned, terminated host-order array.
-struct WideBuffer {
-    unsigned short units[FILE_NAME_UNITS + 1];
-    WideBuffer(const unsigned char* field, size_t count) {
-        size_t i = 0;
-        for (; i < count; ++i) {
-            units[i] = static_cast<unsigned short>(field[2 * i] | (field[2 * i + 1] << 8));
-            if (units[i] == 0)
-                return; // the rest is never read
-        }
-        units[i] = 0;
-    }
-};
-
-// A narrow text field copied with its terminator, cut at the end of the
-// field: the rows pass it on without a string of their own.
-struct NarrowBuffer {
-    char text[NARROW_TEXT_SIZE + 1];
-    explicit NarrowBuffer(const char* field) {
-        const size_t length = strnlen(field, NARROW_TEXT_SIZE);
-        std::memcpy(text, field, length);
-        text[length] = '\0';
-    }
-};
-
-// One line of a report, built in place and written with one call: numbers by
-// std::to_chars, padding by arithmetic. Its fields give exactly what the
-// stream writers give (fill ' ' but for dashes, right or left in the width,
-// hexadecimal in lower case without a base prefix), without setting and
-// resetting the stream's flags per field.
-class Line {
-public:
-    explicit Line(std::ostream& out) : os(out) {}
-    Line(const Line&) = delete;
-    Line& operator=(const Line&) = delete;
-
-    Line& Text(std::string_view value) {
-        if (!bad)
-            Put(value.data(), value.size());
-        return *this;
-    }
-    // A field of `width`, the value left in it.
-    Line& Left(std::string_view value, int width) {
-        Text(value);
-        return Pad(value.size(), width);
-    }
-    Line& Left(const char* value, int width) {
-        if (value == nullptr)
-            return Bad();
-        return Left(std::string_view(value), width);
-    }
-    // A field of `width`, the value right in it.
-    Line& Right(std::string_view value, int width) {
-        Pad(value.size(), width);
-        return Text(value);
-    }
-    Line& Right(const char* value, int width) {
-        if (value == nullptr)
-            return Bad();
-        return Right(std::string_view(value), width);
-    }
-    // `width` blanks: a column gap, one blank left in its field.
-    Line& Gap(int width) { return Pad(0, width); }
-    Line& Dashes(int width) { return Fill('-', width > 0 ? static_cast<size_t>(width) : 0); }
-    Line& Hex(uint64_t value, int width) { return Number(value, 16, width); }
-    Line& Decimal(long long value, int width) { return Number(value, 10, width); }
-    Line& Unsigned(unsigned long long value, int width) { return Number(value, 10, width); }
-    // A name of UTF-16 units (little-endian in a record field, cut at its
-    // first 0 unit or at the field's end; or zero-terminated in host order)
-    // in a field of `width`, left in it or right.
-    Line& WideName(const unsigned char* field, size_t units, int width, bool right = false) {
-        if (bad)
-            return *this;
-        // Three bytes a unit at the most; the name fields hold no more units
-        // than a volume name.
-        static_assert(ACTION_OBJECT_UNITS <= VOLUME_NAME_UNITS, "room for every name field");
-        char decoded[3 * VOLUME_NAME_UNITS];
-        size_t length = 0;
-        for (size_t i = 0; i < units && i < VOLUME_NAME_UNITS; ++i) {
-            const unsigned u = field[2 * i] | (static_cast<unsigned>(field[2 * i + 1]) << 8);
-            if (u == 0)
-                break;
-            length += QVS::EncodeUtf8(u, decoded + length); // each unit on its own, as uni2utf
-        }
-        return Placed(std::string_view(decoded, length), width, right);
-    }
-    Line& WideName(const unsigned short* units, int width) {
-        if (bad || units == nullptr)
-            return *this;
-        size_t length = 0;
-        for (; *units != 0; ++units) {
-            char bytes[4];
-            const size_t n = QVS::EncodeUtf8(*units, bytes);
-            Put(bytes, n);
-            length += n;
-        }
-        return Pad(length, width);
-    }
-    // Writes the line as it stands; a field given a null text ends it there
-    // with the stream's bad bit, as the stream writers do.
-    void Write() {
-        Spill();
-        if (bad)
-            os.setstate(std::ios_base::badbit);
-    }
-    // The line and its end.
-    void End() {
-        if (!bad)
-            Put("\n", 1);
-        Write();
-    }
-
-private:
-    static constexpr size_t CAPACITY = 2048;
-
-    Line& Placed(std::string_view value, int width, bool right) {
-        return right ? Right(value, width) : Left(value, width);
-    }
-    Line& Bad() {
-        bad = true;
-        return *this;
-    }
-    // Room for `n` more bytes; what does not fit is written first.
-    bool Room(size_t n) {
-        if (n > CAPACITY - used)
-            Spill();
-        return n <= CAPACITY;
-    }
-    void Spill() {
-        if (used > 0)
-            Write(line, used);
-        used = 0;
-    }
-    // What ostream::write does, without its sentry: a row is one call, and
-    // the sentry's checks cost as much as the copy. A stream already failed
-    // takes nothing, as with write.
-    void Write(const char* bytes, size_t n) {
-        if (!os.good())
-            return;
-        const std::streamsize count = static_cast<std::streamsize>(n);
-        if (os.rdbuf()->sputn(bytes, count) != count)
-            os.setstate(std::ios_base::badbit);
-    }
-    void Put(const char* bytes, size_t n) {
-        if (!Room(n)) {
-            Write(bytes, n);
-            return;
-        }
-        std::memcpy(line + used, bytes, n);
-        used += n;
-    }
-    Line& Fill(char c, size_t n) {
-        if (bad)
-            return *this;
-        // Most padding is a few blanks: one fixed-size copy, no call.
-        static const char BLANKS[33] = "                                ";
-        if (c == ' ' && n <= 32 && CAPACITY - used >= 32) {
-            std::memcpy(line + used, BLANKS, 32);
-            used += n;
-            return *this;
-        }
-        while (n > 0) {
-            Room(1);
-            const size_t part = std::min(n, CAPACITY - used);
-            std::memset(line + used, c, part);
-            used += part;
-            n -= part;
-        }
-        return *this;
-    }
-    Line& Pad(size_t length, int width) {
-        if (width > 0 && length < static_cast<size_t>(width))
-            Fill(' ', static_cast<size_t>(width) - length);
-        return *this;
-    }
-    template <typename T>
-    Line& Number(T value, int base, int width) {
-        char digits[24];
-        const std::to_chars_result result = std::to_chars(digits, digits + sizeof digits, value, base);
-        return Right(std::string_view(digits, static_cast<size_t>(result.ptr - digits)), width);
-    }
-
-    std::ostream& os;
-    char line[CAPACITY];
-    size_t used = 0;
-    bool bad = false;
-};
-
-// Padded fields. Each sets its own fill, so no leftover fill shows.
-void text(std::ostream& os, const char* value, int width, std::ios_base::fmtflags adjust) {
-    os.fill(' ');
-    os.setf(adjust, std::ios_base::adjustfield);
-    os.width(width);
-    if (value == nullptr)
-        os.setstate(std::ios_base::badbit);
-    else
-        os << value;
-}
-
-void left(std::ostream& os, const char* value, int width) {
-    text(os, value, width, std::ios_base::left);
-}
-
-// A blank column gap: one space left in a field of `width`.
-void gap(std::ostream& os, int width) { left(os, " ", width); }
-
-void dashes(std::ostream& os, int width) {
-    os.fill('-');
-    os.width(width);
-    os << "";
-}
-
 // The dotted line up to its value field: one space, the label left in
 // `labelWidth` with '.' fill, then the value field set to right adjustment.
 void dottedLabel(std::ostream& os, char const* label, int labelWidth, int valueWidth) {
@@ -336,11 +94,25 @@ void dottedLabel(std::ostream& os, char const* label, int labelWidth, int valueW
     os.setf(std::ios_base::right, std::ios_base::adjustfield);
 }
 
-void wordTable(std::ostream& os, const char* const* texts, uint64_t word) {
-    for (unsigned bit = 0; bit < WORD_TABLE_ROWS; ++bit)
+void wordTable(std::ostream& os, char const* (*texts)(unsigned), uint64_t word) {
+    for (unsigned bit = 0; bit < VerifyNames::WORD_BITS; ++bit)
         if (word & (uint64_t{1} << bit))
-            os << "    " << texts[bit] << '\n';
+            os << "    " << texts(bit) << '\n';
 }
+
+// A column table with the titles given in place of its first ones, for a
+// heading whose titles its caller names.
+template <std::size_t N> struct Retitled {
+    Column columns[N];
+    Retitled(ColumnTable const& table, std::initializer_list<char const*> titles) {
+        for (std::size_t i = 0; i < N; ++i)
+            columns[i] = table.columns[i];
+        std::size_t i = 0;
+        for (char const* title : titles)
+            columns[i++].title = title;
+    }
+    ColumnTable Table() const { return ColumnTable{columns, N, true}; }
+};
 
 } // namespace
 
@@ -514,7 +286,7 @@ std::ostream& fileOut(std::ostream& os, uint64_t errors, uint64_t warnings) {
 namespace {
 
 // The heading with the word in hexadecimal, then a line per described bit.
-std::ostream& displayWord(std::ostream& os, const char* heading, const char* const* texts,
+std::ostream& displayWord(std::ostream& os, const char* heading, char const* (*texts)(unsigned),
                           uint64_t word) {
     FlagsSaver saver(os);
     os.setf(std::ios_base::hex, std::ios_base::basefield);
@@ -527,56 +299,26 @@ std::ostream& displayWord(std::ostream& os, const char* heading, const char* con
 
 } // namespace
 
-char const* ErrorTypeText(unsigned bit) { return bit < WORD_TABLE_ROWS ? ERROR_TEXTS[bit] : nullptr; }
-
-char const* WarningTypeText(unsigned bit) {
-    return bit < WORD_TABLE_ROWS ? WARNING_TEXTS[bit] : nullptr;
-}
-
 std::ostream& displayErrors(std::ostream& os, uint64_t errors) {
-    return displayWord(os, "  Error types: ", ERROR_TEXTS, errors);
+    return displayWord(os, "  Error types: ", VerifyNames::ErrorTypeText, errors);
 }
 
 std::ostream& displayWarnings(std::ostream& os, uint64_t warnings) {
-    return displayWord(os, "  Warning types: ", WARNING_TEXTS, warnings);
+    return displayWord(os, "  Warning types: ", VerifyNames::WarningTypeText, warnings);
 }
 
 std::ostream& displayWarnings2(std::ostream& os, uint64_t warnings) {
-    for (unsigned bit = 0; bit < WORD_TABLE_ROWS; ++bit)
+    for (unsigned bit = 0; bit < VerifyNames::WORD_BITS; ++bit)
         if (warnings & (uint64_t{1} << bit))
-            os << "    This results in the \"" << WARNING_TEXTS[bit] << "\" warning" << '\n';
+            os << "    This results in the \"" << VerifyNames::WarningTypeText(bit) << "\" warning"
+               << '\n';
     return os;
 }
 
 // ---------------------------------------------------------------- histograms
 
 std::ostream& fileOutHeader(std::ostream& os, LevelInformation_s const& /*level*/) {
-    FlagsSaver saver(os);
-    os << "  ";
-    left(os, "Description", 16);
-    gap(os, 3);
-    left(os, "Blocks", 14);
-    gap(os, 3);
-    left(os, "Records", 16);
-    gap(os, 3);
-    left(os, "Objects", 16);
-    gap(os, 3);
-    left(os, "Records per Blocks", 8);
-    gap(os, 3);
-    os << '\n';
-    os << "  ";
-    dashes(os, 16);
-    gap(os, 3);
-    dashes(os, 14);
-    gap(os, 3);
-    dashes(os, 16);
-    gap(os, 3);
-    dashes(os, 16);
-    gap(os, 3);
-    dashes(os, 8);
-    gap(os, 3);
-    os << '\n';
-    return os;
+    return ListText::Heading(os, HISTOGRAM);
 }
 
 namespace {
@@ -642,14 +384,17 @@ std::ostream& operator<<(std::ostream& os, CommonBlockStats_s const& stats) {
     return writeObjectDetails(os, stats, true);
 }
 
+
 // ---------------------------------------------------------------- pool and volumes
 
-void VerifyFile::displayCommonBlockStats_s(std::ostream& os, CommonBlockStats_s const& stats) {
-    if (displayObjectDetails)
-        writeObjectDetails(os, stats, displayHistograms);
+std::ostream& writeObjectDetailsIf(std::ostream& os, CommonBlockStats_s const& stats,
+                                   DisplaySwitches show) {
+    if (show.objectDetails)
+        writeObjectDetails(os, stats, show.histograms);
+    return os;
 }
 
-void VerifyFile::displayZVP_PoolStats_s(std::ostream& os, ZVP_PoolStats_s const& p) {
+std::ostream& writePool(std::ostream& os, ZVP_PoolStats_s const& p, DisplaySwitches show) {
     os << '\n' << RULE_LINE << '\n';
     os << "Pool: " << wideName(p.poolName, POOL_NAME_AREA_UNITS, VFF_PoolName) << '\n';
     fileOut(os, p.errors, p.warnings);
@@ -692,20 +437,20 @@ void VerifyFile::displayZVP_PoolStats_s(std::ostream& os, ZVP_PoolStats_s const&
     fileOut(os, "LVs Not Verified", p.lvsNotVerified);
 
     // This order, not the storage order, is the report's.
-    displayCommonBlockStats_s(os, p.poolBlocks2);
-    displayCommonBlockStats_s(os, p.poolBlocks1);
-    displayCommonBlockStats_s(os, p.poolBlocks5);
-    displayCommonBlockStats_s(os, p.poolBlocks6);
-    displayCommonBlockStats_s(os, p.poolBlocks7);
-    displayCommonBlockStats_s(os, p.freeBlocks);
-    displayCommonBlockStats_s(os, p.poolBlocks4);
-    displayCommonBlockStats_s(os, p.salvageTree);
-    displayCommonBlockStats_s(os, p.poolBlocks3);
+    writeObjectDetailsIf(os, p.poolBlocks2, show);
+    writeObjectDetailsIf(os, p.poolBlocks1, show);
+    writeObjectDetailsIf(os, p.poolBlocks5, show);
+    writeObjectDetailsIf(os, p.poolBlocks6, show);
+    writeObjectDetailsIf(os, p.poolBlocks7, show);
+    writeObjectDetailsIf(os, p.freeBlocks, show);
+    writeObjectDetailsIf(os, p.poolBlocks4, show);
+    writeObjectDetailsIf(os, p.salvageTree, show);
+    writeObjectDetailsIf(os, p.poolBlocks3, show);
 
-    fileVolumeOut(os, p.bt, p.nt, p.vdb, p.ubt, p.dbt, p.mfl, p.efl, p.pl, p.bti);
+    return writeVolumeParts(os, p.bt, p.nt, p.vdb, p.ubt, p.dbt, p.mfl, p.efl, p.pl, p.bti, show);
 }
 
-void VerifyFile::displayZVP_LVStats_s(std::ostream& os, ZVP_LVStats_s const& v) {
+std::ostream& writeVolume(std::ostream& os, ZVP_LVStats_s const& v, DisplaySwitches show) {
     os << '\n' << RULE_LINE << '\n';
     os << "LV: " << wideName(v.volumeName, VOLUME_NAME_UNITS, VFF_VolumeName) << '\n';
     fileOut(os, v.errors, v.warnings);
@@ -724,16 +469,16 @@ void VerifyFile::displayZVP_LVStats_s(std::ostream& os, ZVP_LVStats_s const& v) 
     }
     if (v.deleted != 0 && v.purging != 0) {
         os << "Purging logical volumes never have details" << '\n';
-        return;
+        return os;
     }
-    fileVolumeOut(os, v.bt, v.nt, v.vdb, v.ubt, v.dbt, v.mfl, v.efl, v.pl, v.bti);
+    return writeVolumeParts(os, v.bt, v.nt, v.vdb, v.ubt, v.dbt, v.mfl, v.efl, v.pl, v.bti, show);
 }
 
-void VerifyFile::fileVolumeOut(std::ostream& os, BTStats_s const& bt, NTStats_s const& nt,
+std::ostream& writeVolumeParts(std::ostream& os, BTStats_s const& bt, NTStats_s const& nt,
                                VDBStats_s const& vdb, UBTStats_s const& ubt,
                                DBTStats_s const& dbt, MFLStats_s const& mfl,
                                EFLStats_s const& efl, PLStats_s const& pl,
-                               BTIStats_s const& bti) {
+                               BTIStats_s const& bti, DisplaySwitches show) {
     // Taken in 32 bits, so the sum wraps as the report has always shown it.
     const uint32_t totalObjects = bt.objectTree.leaves.objects + bt.specialTree.leaves.objects;
 
@@ -800,36 +545,22 @@ void VerifyFile::fileVolumeOut(std::ostream& os, BTStats_s const& bt, NTStats_s 
     fileOut(os, "EFL Tree Levels", static_cast<uint64_t>(efl.blocks.levelMaximum));
     fileOut(os, "BTI Tree Levels", static_cast<uint64_t>(bti.blocks.levelMaximum));
 
-    displayCommonBlockStats_s(os, bt.objectTree);
-    displayCommonBlockStats_s(os, bt.specialTree);
-    displayCommonBlockStats_s(os, nt.nameTree);
-    displayCommonBlockStats_s(os, vdb.blocks);
-    displayCommonBlockStats_s(os, ubt.blocks);
-    displayCommonBlockStats_s(os, dbt.blocks);
-    displayCommonBlockStats_s(os, mfl.blocks);
-    displayCommonBlockStats_s(os, efl.blocks);
-    displayCommonBlockStats_s(os, efl.blocks2);
-    displayCommonBlockStats_s(os, pl.blocks);
-    displayCommonBlockStats_s(os, bt.dataBlocks);
-    displayCommonBlockStats_s(os, bti.blocks);
+    writeObjectDetailsIf(os, bt.objectTree, show);
+    writeObjectDetailsIf(os, bt.specialTree, show);
+    writeObjectDetailsIf(os, nt.nameTree, show);
+    writeObjectDetailsIf(os, vdb.blocks, show);
+    writeObjectDetailsIf(os, ubt.blocks, show);
+    writeObjectDetailsIf(os, dbt.blocks, show);
+    writeObjectDetailsIf(os, mfl.blocks, show);
+    writeObjectDetailsIf(os, efl.blocks, show);
+    writeObjectDetailsIf(os, efl.blocks2, show);
+    writeObjectDetailsIf(os, pl.blocks, show);
+    writeObjectDetailsIf(os, bt.dataBlocks, show);
+    writeObjectDetailsIf(os, bti.blocks, show);
+    return os;
 }
 
-// ---------------------------------------------------------------- variable-data lists
-
-char const* nTypeName(unsigned nameType) {
-    switch (nameType) {
-    case 0:
-        return "File";
-    case 1:
-        return "Stream";
-    case 2:
-        return "Extend";
-    case 3:
-        return "Delete";
-    default:
-        return "???";
-    }
-}
+// ---------------------------------------------------------------- lists
 
 std::ostream& variablePreHeader(std::ostream& os, char const* title, unsigned count) {
     FlagsSaver saver(os);
@@ -843,402 +574,351 @@ std::ostream& variablePreHeader(std::ostream& os, char const* title, unsigned co
     return os;
 }
 
-namespace {
-
-// One heading column: title and gap; one rule column: dashes and gap.
-struct Column {
-    const char* title;
-    int titleWidth;
-    int titleGap;
-    int ruleWidth;
-    int ruleGap;
-};
-
-template <size_t N> std::ostream& heading(std::ostream& os, const Column (&columns)[N]) {
-    FlagsSaver saver(os);
-    os << "  ";
-    for (const Column& c : columns) {
-        left(os, c.title, c.titleWidth);
-        if (c.titleGap > 0)
-            gap(os, c.titleGap);
+std::ostream& ListText::Heading(std::ostream& os, ColumnTable const& table) {
+    Line line(os);
+    line.Text("  ");
+    for (std::size_t i = 0; i < table.count; ++i) {
+        const Column& c = table.columns[i];
+        if (c.title != nullptr)
+            line.Left(c.title, c.titleWidth).Gap(c.titleGap);
     }
-    os << '\n' << "  ";
-    for (const Column& c : columns) {
-        dashes(os, c.ruleWidth);
-        if (c.ruleGap > 0)
-            gap(os, c.ruleGap);
+    line.Text("\n  ");
+    for (std::size_t i = 0; i < table.count; ++i) {
+        const Column& c = table.columns[i];
+        if (c.title != nullptr)
+            line.Dashes(c.ruleWidth).Gap(c.ruleGap);
     }
-    os << '\n';
+    line.End();
     return os;
 }
 
-void zidColumn(Line& line, uint64_t zid, int width, int markWidth) {
-    line.Hex(zid, width).Left("z", markWidth);
-}
+// The shared headings and rows, by their columns: each is the column table of
+// the lists of its shape at work, with the values given.
 
-void blockColumn(Line& line, uint64_t block, int width, int markWidth) {
-    line.Hex(block, width).Left("k", markWidth);
-}
-
-void statusColumns(Line& line, int status, char const* sourceSetter) {
-    line.Decimal(status, 6).Gap(3).Left(sourceSetter, 32).Gap(3);
-}
-
-} // namespace
-
-std::ostream& variableHeaderZid(std::ostream& os) {
-    static const Column columns[] = {{"Zid", 16, 3, 17, 2}};
-    return heading(os, columns);
-}
+std::ostream& variableHeaderZid(std::ostream& os) { return ListText::Heading(os, Columns::ZID); }
 
 std::ostream& variableHeaderZidBlock(std::ostream& os) {
-    static const Column columns[] = {{"Zid", 16, 3, 17, 2}, {"Block", 8, 3, 9, 2}};
-    return heading(os, columns);
+    return ListText::Heading(os, Columns::ZID_BLOCK);
 }
 
 std::ostream& variableHeaderBlockBlock(std::ostream& os) {
-    static const Column columns[] = {{"Start", 8, 3, 9, 2}, {"End", 8, 3, 9, 2}};
-    return heading(os, columns);
+    return ListText::Heading(os, Columns::START_END_BLOCK);
 }
 
 std::ostream& variableHeaderZidStatusStatusSetter(std::ostream& os) {
-    static const Column columns[] = {
-        {"Zid", 16, 3, 17, 2}, {"Status", 6, 3, 6, 3}, {"Source", 32, 3, 32, 3}};
-    return heading(os, columns);
+    return ListText::Heading(os, Columns::ZID_STATUS);
 }
 
 std::ostream& variableHeaderBlockStatusStatusSetter(std::ostream& os) {
-    static const Column columns[] = {
-        {"Block", 16, 3, 17, 2}, {"Status", 8, 3, 8, 3}, {"Source", 32, 3, 32, 3}};
-    return heading(os, columns);
+    return ListText::Heading(os, Columns::BLOCK_STATUS);
 }
 
 std::ostream& variableHeaderNameStatusStatusSetter(std::ostream& os) {
-    static const Column columns[] = {
-        {"Name", 32, 3, 32, 3}, {"Status", 8, 3, 8, 3}, {"Source", 32, 3, 32, 3}};
-    return heading(os, columns);
+    return ListText::Heading(os, Columns::NAME_STATUS);
 }
 
 std::ostream& variableHeaderZidZidStatusStatusSetter(std::ostream& os, char const* title1,
                                                      char const* title2) {
-    const Column columns[] = {{title1, 16, 3, 17, 2},
-                              {title2, 16, 3, 17, 2},
-                              {"Status", 6, 3, 6, 3},
-                              {"Source", 32, 3, 32, 3}};
-    return heading(os, columns);
+    if (title1 == nullptr || title2 == nullptr)
+        return os.setstate(std::ios_base::badbit), os;
+    const Retitled<std::size(Columns::PARENT_CHILD_STATUS_COLUMNS)> columns(
+        Columns::PARENT_CHILD_STATUS, {title1, title2});
+    return ListText::Heading(os, columns.Table());
 }
 
 std::ostream& variableHeaderZidZidZidFileName(std::ostream& os, char const* title1,
                                               char const* title2, char const* title3) {
-    const Column columns[] = {{title1, 10, 3, 11, 2},
-                              {title2, 10, 3, 11, 2},
-                              {title3, 10, 3, 11, 2},
-                              {"File name", 38, 3, 38, 3}};
-    return heading(os, columns);
+    if (title1 == nullptr || title2 == nullptr || title3 == nullptr)
+        return os.setstate(std::ios_base::badbit), os;
+    const Retitled<std::size(Columns::ZID_ZID_ZID_FILE_NAME_COLUMNS)> columns(
+        Columns::ZID_ZID_ZID_FILE_NAME, {title1, title2, title3});
+    return ListText::Heading(os, columns.Table());
 }
 
 std::ostream& variableHeaderZidZidNTNSMFileNameStatusStatusSetter(std::ostream& os) {
-    static const Column columns[] = {{"Zid", 19, 2, 19, 2},       {"Parent Zid", 19, 2, 19, 2},
-                                     {"Type", 6, 3, 6, 3},        {"Mask", 4, 3, 4, 3},
-                                     {"File name", 38, 3, 38, 3}, {"Status", 6, 3, 6, 3},
-                                     {"Source", 32, 3, 32, 3}};
-    return heading(os, columns);
+    return ListText::Heading(os, Columns::NAME_TREE_ENTRY);
 }
 
-std::ostream& variableDataZid(std::ostream& os, uint64_t zid) {
+namespace {
+
+// A row of the columns `table` through `cells`, with its line end.
+template <typename Cells>
+std::ostream& row(std::ostream& os, ColumnTable const& table, Cells cells) {
     Line line(os);
-    zidColumn(line.Text("  "), zid, 17, 2);
+    line.Text("  ");
+    cells(line, table.columns);
     line.End();
     return os;
+}
+
+} // namespace
+
+std::ostream& variableDataZid(std::ostream& os, uint64_t zid) {
+    return row(os, Columns::ZID, [&](Line& line, const Column* c) {
+        ListText::HexCell(line, c[0], zid);
+    });
 }
 
 std::ostream& variableDataZidBlock(std::ostream& os, uint64_t zid, uint64_t block) {
-    Line line(os);
-    zidColumn(line.Text("  "), zid, 17, 2);
-    line.Unsigned(block, 9).Left("k", 2); // decimal here, unlike every other block column
-    line.End();
-    return os;
+    return row(os, Columns::ZID_BLOCK, [&](Line& line, const Column* c) {
+        ListText::HexCell(line, c[0], zid);
+        ListText::UnsignedCell(line, c[1], block);
+    });
 }
 
 std::ostream& variableDataBlockBlock(std::ostream& os, uint64_t startBlock, uint64_t endBlock) {
-    Line line(os);
-    blockColumn(line.Text("  "), startBlock, 8, 3);
-    blockColumn(line, endBlock, 8, 3);
-    line.End();
-    return os;
+    return row(os, Columns::START_END_BLOCK, [&](Line& line, const Column* c) {
+        ListText::HexCell(line, c[0], startBlock);
+        ListText::HexCell(line, c[1], endBlock);
+    });
 }
 
 std::ostream& variableDataZidStatusStatusSetter(std::ostream& os, uint64_t zid, int status,
                                                 char const* sourceSetter) {
-    Line line(os);
-    zidColumn(line.Text("  "), zid, 17, 2);
-    statusColumns(line, status, sourceSetter);
-    line.End();
-    return os;
+    return row(os, Columns::ZID_STATUS, [&](Line& line, const Column* c) {
+        ListText::HexCell(line, c[0], zid);
+        ListText::SignedCell(line, c[1], status);
+        ListText::TextCell(line, c[2], sourceSetter);
+    });
 }
 
 std::ostream& variableDataBlockStatusStatusSetter(std::ostream& os, uint64_t block, int status,
                                                   char const* sourceSetter) {
-    Line line(os);
-    blockColumn(line.Text("  "), block, 16, 3);
-    statusColumns(line, status, sourceSetter);
-    line.End();
-    return os;
+    return row(os, Columns::BLOCK_STATUS, [&](Line& line, const Column* c) {
+        ListText::HexCell(line, c[0], block);
+        ListText::SignedCell(line, c[1], status);
+        ListText::TextCell(line, c[2], sourceSetter);
+    });
 }
 
 std::ostream& variableDataNameStatusStatusSetter(std::ostream& os, UnicodeString const& name,
                                                  int status, char const* sourceSetter) {
-    Line line(os);
-    line.Text("  ").Left(name.utf8(), 32).Gap(3);
-    statusColumns(line, status, sourceSetter);
-    line.End();
-    return os;
+    return row(os, Columns::NAME_STATUS, [&](Line& line, const Column* c) {
+        ListText::TextCell(line, c[0], std::string_view(name.utf8()));
+        ListText::SignedCell(line, c[1], status);
+        ListText::TextCell(line, c[2], sourceSetter);
+    });
 }
 
 std::ostream& variableDataZidZidStatusStatusSetter(std::ostream& os, uint64_t zid1,
                                                    uint64_t zid2, int status,
                                                    char const* sourceSetter) {
-    Line line(os);
-    zidColumn(line.Text("  "), zid1, 17, 2);
-    zidColumn(line, zid2, 17, 2);
-    statusColumns(line, status, sourceSetter);
-    line.End();
-    return os;
+    return row(os, Columns::PARENT_CHILD_STATUS, [&](Line& line, const Column* c) {
+        ListText::HexCell(line, c[0], zid1);
+        ListText::HexCell(line, c[1], zid2);
+        ListText::SignedCell(line, c[2], status);
+        ListText::TextCell(line, c[3], sourceSetter);
+    });
 }
 
 std::ostream& variableDataZidZidZidFileName(std::ostream& os, uint64_t zid1, uint64_t zid2,
                                             uint64_t zid3, unsigned short const* fileName) {
-    Line line(os);
-    zidColumn(line.Text("  "), zid1, 10, 3);
-    zidColumn(line, zid2, 10, 3);
-    zidColumn(line, zid3, 10, 3);
-    line.WideName(fileName, 38).Gap(3);
-    line.End();
-    return os;
+    return row(os, Columns::ZID_ZID_ZID_FILE_NAME, [&](Line& line, const Column* c) {
+        ListText::HexCell(line, c[0], zid1);
+        ListText::HexCell(line, c[1], zid2);
+        ListText::HexCell(line, c[2], zid3);
+        line.WideName(fileName, c[3].width);
+        ListText::Mark(line, c[3]);
+    });
 }
 
 std::ostream& variableDataZidZidNTNSMFileNameStatusStatusSetter(
     std::ostream& os, uint64_t zid, uint64_t parentZid, unsigned short nameType,
     unsigned nameSpaceMask, unsigned short const* fileName, int status,
     char const* sourceSetter) {
-    Line line(os);
-    zidColumn(line.Text("  "), zid, 19, 2);
-    zidColumn(line, parentZid, 19, 2);
-    line.Left(nTypeName(nameType), 6).Gap(3).Hex(nameSpaceMask, 4).Gap(3);
-    line.WideName(fileName, 38).Gap(3);
-    statusColumns(line, status, sourceSetter);
-    line.End();
-    return os;
+    return row(os, Columns::NAME_TREE_ENTRY, [&](Line& line, const Column* c) {
+        ListText::HexCell(line, c[0], zid);
+        ListText::HexCell(line, c[1], parentZid);
+        ListText::TextCell(line, c[2], nTypeName(nameType));
+        ListText::HexCell(line, c[3], nameSpaceMask);
+        line.WideName(fileName, c[4].width);
+        ListText::Mark(line, c[4]);
+        ListText::SignedCell(line, c[5], status);
+        ListText::TextCell(line, c[6], sourceSetter);
+    });
 }
 
-// Per-record writers: each hands its fields to the shared writer of its shape.
+// Per record type: its list's heading and row.
 
 std::ostream& variableHeader(std::ostream& os, CBSV_NextLeafInvalidList_s const*) {
-    static const Column columns[] = {{"Expected block", 16, 3, 17, 2},
-                                     {"Actual block", 16, 0, 17, 0}};
-    return heading(os, columns);
+    return ListText::Heading(os, Layout<CBSV_NextLeafInvalidList_s>::COLUMNS);
 }
 
 std::ostream& variableData(std::ostream& os, CBSV_NextLeafInvalidList_s const* r) {
-    Line line(os);
-    blockColumn(line.Text("  "), r->expectedBlock, 16, 3);
-    blockColumn(line, r->actualBlock, 16, 3);
-    line.End();
+    ListText::RecordRow(os, *r);
     return os;
 }
 
 std::ostream& variableHeader(std::ostream& os, CBSV_InvalidBlockList_s const*) {
-    return variableHeaderBlockStatusStatusSetter(os);
+    return ListText::Heading(os, Layout<CBSV_InvalidBlockList_s>::COLUMNS);
 }
 
 std::ostream& variableData(std::ostream& os, CBSV_InvalidBlockList_s const* r) {
-    return variableDataBlockStatusStatusSetter(
-        os, r->block, r->status, NarrowBuffer(r->sourceSetter).text);
+    ListText::RecordRow(os, *r);
+    return os;
 }
 
 std::ostream& variableHeader(std::ostream& os, BTDS_BranchOutOfRangeZids_s const*) {
-    return variableHeaderZid(os);
+    return ListText::Heading(os, Layout<BTDS_BranchOutOfRangeZids_s>::COLUMNS);
 }
 
 std::ostream& variableData(std::ostream& os, BTDS_BranchOutOfRangeZids_s const* r) {
-    return variableDataZid(os, r->zid);
+    ListText::RecordRow(os, *r);
+    return os;
 }
 
-std::ostream& variableHeader(std::ostream& os, BTDS_OutOfRangeZids_s const*) {
-    return variableHeaderZid(os);
+std::ostream& variableHeader(std::ostream& os, BTDS_UnreadableZid_s const*) {
+    return ListText::Heading(os, Layout<BTDS_UnreadableZid_s>::COLUMNS);
 }
 
-std::ostream& variableData(std::ostream& os, BTDS_OutOfRangeZids_s const* r) {
-    return variableDataZid(os, r->zid);
+std::ostream& variableData(std::ostream& os, BTDS_UnreadableZid_s const* r) {
+    ListText::RecordRow(os, *r);
+    return os;
 }
 
-#define VF_ZID_STATUS_WRITERS(R)                                                               \
-    std::ostream& variableHeader(std::ostream& os, R const*) {                                  \
-        return variableHeaderZidStatusStatusSetter(os);                                         \
-    }                                                                                           \
-    std::ostream& variableData(std::ostream& os, R const* r) {                                  \
-        return variableDataZidStatusStatusSetter(                                               \
-            os, r->zid, r->status, NarrowBuffer(r->sourceSetter).text);      \
-    }
+std::ostream& variableHeader(std::ostream& os, BTDS_BTZnotInNT_s const*) {
+    return ListText::Heading(os, Layout<BTDS_BTZnotInNT_s>::COLUMNS);
+}
 
-VF_ZID_STATUS_WRITERS(BTDS_UnreadableZid_s)
-VF_ZID_STATUS_WRITERS(BTDS_BTZnotInPT_s)
-VF_ZID_STATUS_WRITERS(STDS_STZnotInBT_s)
-VF_ZID_STATUS_WRITERS(STDS_STZnotInNT_s)
-VF_ZID_STATUS_WRITERS(STDS_STPZnotInBT_s)
-VF_ZID_STATUS_WRITERS(STDS_STPZnotInNT_s)
+std::ostream& variableData(std::ostream& os, BTDS_BTZnotInNT_s const* r) {
+    ListText::RecordRow(os, *r);
+    return os;
+}
 
-#undef VF_ZID_STATUS_WRITERS
+std::ostream& variableHeader(std::ostream& os, BTDS_BTZnotInPT_s const*) {
+    return ListText::Heading(os, Layout<BTDS_BTZnotInPT_s>::COLUMNS);
+}
 
-#define VF_PARENT_CHILD_WRITERS(R)                                                             \
-    std::ostream& variableHeader(std::ostream& os, R const*) {                                  \
-        return variableHeaderZidZidStatusStatusSetter(os, "Parent", "Child");                   \
-    }                                                                                           \
-    std::ostream& variableData(std::ostream& os, R const* r) {                                  \
-        return variableDataZidZidStatusStatusSetter(                                            \
-            os, r->parentZid, r->childZid, r->status,                                           \
-            NarrowBuffer(r->sourceSetter).text);                             \
-    }
-
-VF_PARENT_CHILD_WRITERS(BTDS_BTZnotInNT_s)
-VF_PARENT_CHILD_WRITERS(BTDS_missingBeastParentEnts_s)
-
-#undef VF_PARENT_CHILD_WRITERS
+std::ostream& variableData(std::ostream& os, BTDS_BTZnotInPT_s const* r) {
+    ListText::RecordRow(os, *r);
+    return os;
+}
 
 std::ostream& variableHeader(std::ostream& os, BTDS_DuplicateZidsB_s const*) {
-    return variableHeaderZidBlock(os);
+    return ListText::Heading(os, Layout<BTDS_DuplicateZidsB_s>::COLUMNS);
 }
 
 std::ostream& variableData(std::ostream& os, BTDS_DuplicateZidsB_s const* r) {
-    return variableDataZidBlock(os, r->zid, r->block);
+    ListText::RecordRow(os, *r);
+    return os;
 }
 
 std::ostream& variableHeader(std::ostream& os, BTDS_DuplicateZidsL_s const*) {
-    return variableHeaderZidBlock(os);
+    return ListText::Heading(os, Layout<BTDS_DuplicateZidsL_s>::COLUMNS);
 }
 
 std::ostream& variableData(std::ostream& os, BTDS_DuplicateZidsL_s const* r) {
-    return variableDataZidBlock(os, r->zid, r->block);
+    ListText::RecordRow(os, *r);
+    return os;
+}
+
+std::ostream& variableHeader(std::ostream& os, BTDS_OutOfRangeZids_s const*) {
+    return ListText::Heading(os, Layout<BTDS_OutOfRangeZids_s>::COLUMNS);
+}
+
+std::ostream& variableData(std::ostream& os, BTDS_OutOfRangeZids_s const* r) {
+    ListText::RecordRow(os, *r);
+    return os;
 }
 
 std::ostream& variableHeader(std::ostream& os, BTDS_BTBadNTFiles_s const*) {
-    // "Expecteded" is the column's title.
-    return variableHeaderZidZidZidFileName(os, "Actual", "Expecteded", "Parent");
+    return ListText::Heading(os, Layout<BTDS_BTBadNTFiles_s>::COLUMNS);
 }
 
 std::ostream& variableData(std::ostream& os, BTDS_BTBadNTFiles_s const* r) {
-    WideBuffer name(r->fileName, FILE_NAME_UNITS);
-    return variableDataZidZidZidFileName(os, r->actualZid, r->expectedZid, r->parentZid,
-                                         name.units);
+    ListText::RecordRow(os, *r);
+    return os;
+}
+
+std::ostream& variableHeader(std::ostream& os, BTDS_missingBeastParentEnts_s const*) {
+    return ListText::Heading(os, Layout<BTDS_missingBeastParentEnts_s>::COLUMNS);
+}
+
+std::ostream& variableData(std::ostream& os, BTDS_missingBeastParentEnts_s const* r) {
+    ListText::RecordRow(os, *r);
+    return os;
 }
 
 std::ostream& variableHeader(std::ostream& os, NTDS_NTZnotInBT_s const*) {
-    return variableHeaderZidZidNTNSMFileNameStatusStatusSetter(os);
+    return ListText::Heading(os, Layout<NTDS_NTZnotInBT_s>::COLUMNS);
 }
 
 std::ostream& variableData(std::ostream& os, NTDS_NTZnotInBT_s const* r) {
-    WideBuffer name(r->fileName, FILE_NAME_UNITS);
-    return variableDataZidZidNTNSMFileNameStatusStatusSetter(
-        os, r->zid, r->parentZid, r->nameType, r->nameSpaceMask, name.units, r->status,
-        NarrowBuffer(r->sourceSetter).text);
+    ListText::RecordRow(os, *r);
+    return os;
+}
+
+std::ostream& variableHeader(std::ostream& os, STDS_STZnotInBT_s const*) {
+    return ListText::Heading(os, Layout<STDS_STZnotInBT_s>::COLUMNS);
+}
+
+std::ostream& variableData(std::ostream& os, STDS_STZnotInBT_s const* r) {
+    ListText::RecordRow(os, *r);
+    return os;
+}
+
+std::ostream& variableHeader(std::ostream& os, STDS_STZnotInNT_s const*) {
+    return ListText::Heading(os, Layout<STDS_STZnotInNT_s>::COLUMNS);
+}
+
+std::ostream& variableData(std::ostream& os, STDS_STZnotInNT_s const* r) {
+    ListText::RecordRow(os, *r);
+    return os;
+}
+
+std::ostream& variableHeader(std::ostream& os, STDS_STPZnotInBT_s const*) {
+    return ListText::Heading(os, Layout<STDS_STPZnotInBT_s>::COLUMNS);
+}
+
+std::ostream& variableData(std::ostream& os, STDS_STPZnotInBT_s const* r) {
+    ListText::RecordRow(os, *r);
+    return os;
+}
+
+std::ostream& variableHeader(std::ostream& os, STDS_STPZnotInNT_s const*) {
+    return ListText::Heading(os, Layout<STDS_STPZnotInNT_s>::COLUMNS);
+}
+
+std::ostream& variableData(std::ostream& os, STDS_STPZnotInNT_s const* r) {
+    ListText::RecordRow(os, *r);
+    return os;
 }
 
 std::ostream& variableHeader(std::ostream& os, STDS_unaccBlks_s const*) {
-    return variableHeaderBlockBlock(os);
+    return ListText::Heading(os, Layout<STDS_unaccBlks_s>::COLUMNS);
 }
 
 std::ostream& variableData(std::ostream& os, STDS_unaccBlks_s const* r) {
-    return variableDataBlockBlock(os, r->startBlock, r->endBlock);
+    ListText::RecordRow(os, *r);
+    return os;
 }
 
 // ---------------------------------------------------------------- action, conflict, skipped
 
 std::ostream& fileOutHeader(std::ostream& os, RAV_Action_s const&) {
-    FlagsSaver saver(os);
-    static const int widths[] = {16, 4, 11, 11, 7, 22, 32, 4};
-    static const char* const titles[] = {"Object",     "Pool",   "Start", "End",
-                                         "Seconds",    "Sub-object", "Action", "Key"};
-    const size_t columns = sizeof widths / sizeof widths[0];
-    os << "  ";
-    for (size_t i = 0; i < columns; ++i) {
-        left(os, titles[i], widths[i]);
-        if (i + 1 < columns)
-            gap(os, 2);
-    }
-    os << '\n' << "  ";
-    for (size_t i = 0; i < columns; ++i) {
-        dashes(os, widths[i]);
-        if (i + 1 < columns)
-            gap(os, 2);
-    }
-    os << '\n';
-    return os;
+    return ListText::Heading(os, Layout<RAV_Action_s>::COLUMNS);
 }
 
 std::ostream& fileOutHeader(std::ostream& os, BlockConflicts_s const&) {
-    FlagsSaver saver(os);
-    os << "  ";
-    left(os, "Block", 8);
-    gap(os, 3);
-    left(os, "Object 1", 18);
-    gap(os, 3);
-    left(os, "Volume 1", 8);
-    gap(os, 4);
-    left(os, "Object 2", 18);
-    gap(os, 3);
-    left(os, "Volume 2", 8);
-    gap(os, 4);
-    os << '\n' << "  ";
-    for (int width : {9, 19, 10, 19, 10}) {
-        dashes(os, width);
-        gap(os, 2);
-    }
-    os << '\n';
-    return os;
+    return ListText::Heading(os, Layout<BlockConflicts_s>::COLUMNS);
 }
 
 std::ostream& fileOutHeader(std::ostream& os, LVSkipped_s const&) {
-    FlagsSaver saver(os);
-    os << "  ";
-    left(os, "Logical Volumes Skipped", 32);
-    os << '\n' << "  ";
-    dashes(os, 32);
-    os << '\n';
-    return os;
+    return ListText::Heading(os, Layout<LVSkipped_s>::COLUMNS);
 }
 
 std::ostream& fileOut(std::ostream& os, RAV_Action_s const& r) {
-    // Seconds are taken in 32 bits: an end before the start wraps.
-    const uint32_t seconds = r.endSeconds - r.startSeconds;
-    Line line(os);
-    line.Text("  ").WideName(r.object, ACTION_OBJECT_UNITS, 16, true);
-    line.Gap(2).Right(r.isPool != 0 ? "Y" : "N", 4).Gap(2);
-    blockColumn(line, r.start, 10, 3);
-    blockColumn(line, r.end, 10, 3);
-    line.Unsigned(seconds, 7).Gap(2);
-    line.Right(std::string_view(r.subObject, strnlen(r.subObject, NARROW_TEXT_SIZE)), 22).Gap(2);
-    line.Left(std::string_view(r.action, strnlen(r.action, ACTION_TEXT_SIZE)), 32).Gap(2);
-    line.Unsigned(r.key, 4);
-    line.Write();
+    ListText::RecordRow(os, r);
     return os;
 }
 
 std::ostream& fileOut(std::ostream& os, BlockConflicts_s const& r) {
-    Line line(os);
-    blockColumn(line.Text("  "), r.block, 8, 3);
-    zidColumn(line, r.object1, 18, 3);
-    line.Hex(r.volume1, 8).Left("vz", 4);
-    zidColumn(line, r.object2, 18, 3);
-    line.Hex(r.volume2, 8).Left("vz", 4);
-    line.Write();
+    ListText::RecordRow(os, r);
     return os;
 }
 
 std::ostream& fileOut(std::ostream& os, LVSkipped_s const& r) {
-    Line line(os);
-    line.Text("  ").WideName(r.volumeName, VOLUME_NAME_UNITS, 32).Gap(3);
-    statusColumns(line, r.status, NarrowBuffer(r.sourceSetter).text);
-    line.End();
+    ListText::RecordRow(os, r);
     return os;
 }
 
@@ -1256,12 +936,12 @@ std::ostream& operator<<(std::ostream& os, LVSkipped_s const& record) {
 
 namespace {
 
+// A held list: its title, its count, then its heading and rows.
 template <typename Record>
-std::ostream& writeList(std::ostream& os, const char* title,
-                        VerifyRecordList<Record> const& list) {
+std::ostream& writeList(std::ostream& os, VerifyRecordList<Record> const& list) {
     FlagsSaver saver(os);
     os.setf(std::ios_base::dec, std::ios_base::basefield);
-    os << '\n' << title << '\n';
+    os << '\n' << Layout<Record>::TITLE << '\n';
     os << "     " << list.count << " records to follow." << '\n' << '\n';
     if (list.count == 0) {
         os << '\n';
@@ -1278,17 +958,13 @@ std::ostream& writeList(std::ostream& os, const char* title,
 
 } // namespace
 
-std::ostream& fileOut(std::ostream& os, ActionStats const& list) {
-    return writeList(os, "  Action list.", list);
-}
+std::ostream& fileOut(std::ostream& os, ActionStats const& list) { return writeList(os, list); }
 
 std::ostream& fileOut(std::ostream& os, ConflictBlocksStats const& list) {
-    return writeList(os, "  Cross-linked block information.", list);
+    return writeList(os, list);
 }
 
-std::ostream& fileOut(std::ostream& os, LVSkippedStats const& list) {
-    return writeList(os, "  Skipped logical volume information.", list);
-}
+std::ostream& fileOut(std::ostream& os, LVSkippedStats const& list) { return writeList(os, list); }
 
 std::ostream& operator<<(std::ostream& os, ActionStats const& list) { return fileOut(os, list); }
 

@@ -1,13 +1,20 @@
 // verifyFileOutput.h - text writers of the verify report: dotted lines, the
-// status summary, histograms and the row writers of every record list.
+// status summary, the pool and volume blocks, histograms, and the headings
+// and rows of every record list.
 #ifndef UTIL_COMMON_CPP_VERIFYFILEOUTPUT_H
 #define UTIL_COMMON_CPP_VERIFYFILEOUTPUT_H
 
 #include "util/common_cpp/verifyFileRecords.h"
+#include "util/common_cpp/verifyNames.h"
+#include "util/common_cpp/verifyPrinter.h"
 #include "util/support/qvsLib.h"
 
 #include <cstdint>
 #include <ostream>
+
+class ActionStats;
+class ConflictBlocksStats;
+class LVSkippedStats;
 
 // Placeholders printed when a record's name cannot be converted.
 extern const UnicodeString VFF_PoolName;
@@ -35,10 +42,6 @@ std::ostream& fileOut(std::ostream& os, uint64_t errors, uint64_t warnings);
 std::ostream& displayErrors(std::ostream& os, uint64_t errors);
 std::ostream& displayWarnings(std::ostream& os, uint64_t warnings);
 std::ostream& displayWarnings2(std::ostream& os, uint64_t warnings);
-// The text of one bit (0 to 32) of an error or a warning word, as the report
-// shows it; null for a bit the report never shows.
-char const* ErrorTypeText(unsigned bit);
-char const* WarningTypeText(unsigned bit);
 
 // Object details and histograms.
 std::ostream& operator<<(std::ostream& os, CommonBlockStats_s const& stats);
@@ -49,8 +52,20 @@ std::ostream& fileOut(std::ostream& os, char const* label, LevelInformation_s co
 std::ostream& writeObjectDetails(std::ostream& os, CommonBlockStats_s const& stats,
                                  bool histograms);
 
+// The pool block and a volume block, with the object details and histograms
+// the switches ask for (VerifyFile's display members forward to these).
+std::ostream& writePool(std::ostream& os, ZVP_PoolStats_s const& pool, DisplaySwitches show);
+std::ostream& writeVolume(std::ostream& os, ZVP_LVStats_s const& volume, DisplaySwitches show);
+std::ostream& writeVolumeParts(std::ostream& os, BTStats_s const& bt, NTStats_s const& nt,
+                               VDBStats_s const& vdb, UBTStats_s const& ubt,
+                               DBTStats_s const& dbt, MFLStats_s const& mfl,
+                               EFLStats_s const& efl, PLStats_s const& pl,
+                               BTIStats_s const& bti, DisplaySwitches show);
+// The object-details block when the switches ask for it.
+std::ostream& writeObjectDetailsIf(std::ostream& os, CommonBlockStats_s const& stats,
+                                   DisplaySwitches show);
+
 // Variable-data lists.
-char const* nTypeName(unsigned nameType);
 std::ostream& variablePreHeader(std::ostream& os, char const* title, unsigned count);
 
 std::ostream& variableHeaderZid(std::ostream& os);
@@ -85,29 +100,42 @@ std::ostream& variableDataZidZidNTNSMFileNameStatusStatusSetter(
     unsigned nameSpaceMask, unsigned short const* fileName, int status,
     char const* sourceSetter);
 
-#define VF_DECLARE_VARIABLE_WRITERS(R)                                                         \
-    std::ostream& variableHeader(std::ostream& os, R const* record);                            \
-    std::ostream& variableData(std::ostream& os, R const* record)
-
-VF_DECLARE_VARIABLE_WRITERS(CBSV_NextLeafInvalidList_s);
-VF_DECLARE_VARIABLE_WRITERS(CBSV_InvalidBlockList_s);
-VF_DECLARE_VARIABLE_WRITERS(BTDS_BranchOutOfRangeZids_s);
-VF_DECLARE_VARIABLE_WRITERS(BTDS_UnreadableZid_s);
-VF_DECLARE_VARIABLE_WRITERS(BTDS_BTZnotInNT_s);
-VF_DECLARE_VARIABLE_WRITERS(BTDS_BTZnotInPT_s);
-VF_DECLARE_VARIABLE_WRITERS(BTDS_DuplicateZidsB_s);
-VF_DECLARE_VARIABLE_WRITERS(BTDS_DuplicateZidsL_s);
-VF_DECLARE_VARIABLE_WRITERS(BTDS_OutOfRangeZids_s);
-VF_DECLARE_VARIABLE_WRITERS(BTDS_BTBadNTFiles_s);
-VF_DECLARE_VARIABLE_WRITERS(BTDS_missingBeastParentEnts_s);
-VF_DECLARE_VARIABLE_WRITERS(NTDS_NTZnotInBT_s);
-VF_DECLARE_VARIABLE_WRITERS(STDS_STZnotInBT_s);
-VF_DECLARE_VARIABLE_WRITERS(STDS_STZnotInNT_s);
-VF_DECLARE_VARIABLE_WRITERS(STDS_STPZnotInBT_s);
-VF_DECLARE_VARIABLE_WRITERS(STDS_STPZnotInNT_s);
-VF_DECLARE_VARIABLE_WRITERS(STDS_unaccBlks_s);
-
-#undef VF_DECLARE_VARIABLE_WRITERS
+// The heading and the row of each list, by its record type (the record of a
+// heading is not read): each is its list's column table at work.
+std::ostream& variableHeader(std::ostream& os, CBSV_NextLeafInvalidList_s const* record);
+std::ostream& variableData(std::ostream& os, CBSV_NextLeafInvalidList_s const* record);
+std::ostream& variableHeader(std::ostream& os, CBSV_InvalidBlockList_s const* record);
+std::ostream& variableData(std::ostream& os, CBSV_InvalidBlockList_s const* record);
+std::ostream& variableHeader(std::ostream& os, BTDS_BranchOutOfRangeZids_s const* record);
+std::ostream& variableData(std::ostream& os, BTDS_BranchOutOfRangeZids_s const* record);
+std::ostream& variableHeader(std::ostream& os, BTDS_UnreadableZid_s const* record);
+std::ostream& variableData(std::ostream& os, BTDS_UnreadableZid_s const* record);
+std::ostream& variableHeader(std::ostream& os, BTDS_BTZnotInNT_s const* record);
+std::ostream& variableData(std::ostream& os, BTDS_BTZnotInNT_s const* record);
+std::ostream& variableHeader(std::ostream& os, BTDS_BTZnotInPT_s const* record);
+std::ostream& variableData(std::ostream& os, BTDS_BTZnotInPT_s const* record);
+std::ostream& variableHeader(std::ostream& os, BTDS_DuplicateZidsB_s const* record);
+std::ostream& variableData(std::ostream& os, BTDS_DuplicateZidsB_s const* record);
+std::ostream& variableHeader(std::ostream& os, BTDS_DuplicateZidsL_s const* record);
+std::ostream& variableData(std::ostream& os, BTDS_DuplicateZidsL_s const* record);
+std::ostream& variableHeader(std::ostream& os, BTDS_OutOfRangeZids_s const* record);
+std::ostream& variableData(std::ostream& os, BTDS_OutOfRangeZids_s const* record);
+std::ostream& variableHeader(std::ostream& os, BTDS_BTBadNTFiles_s const* record);
+std::ostream& variableData(std::ostream& os, BTDS_BTBadNTFiles_s const* record);
+std::ostream& variableHeader(std::ostream& os, BTDS_missingBeastParentEnts_s const* record);
+std::ostream& variableData(std::ostream& os, BTDS_missingBeastParentEnts_s const* record);
+std::ostream& variableHeader(std::ostream& os, NTDS_NTZnotInBT_s const* record);
+std::ostream& variableData(std::ostream& os, NTDS_NTZnotInBT_s const* record);
+std::ostream& variableHeader(std::ostream& os, STDS_STZnotInBT_s const* record);
+std::ostream& variableData(std::ostream& os, STDS_STZnotInBT_s const* record);
+std::ostream& variableHeader(std::ostream& os, STDS_STZnotInNT_s const* record);
+std::ostream& variableData(std::ostream& os, STDS_STZnotInNT_s const* record);
+std::ostream& variableHeader(std::ostream& os, STDS_STPZnotInBT_s const* record);
+std::ostream& variableData(std::ostream& os, STDS_STPZnotInBT_s const* record);
+std::ostream& variableHeader(std::ostream& os, STDS_STPZnotInNT_s const* record);
+std::ostream& variableData(std::ostream& os, STDS_STPZnotInNT_s const* record);
+std::ostream& variableHeader(std::ostream& os, STDS_unaccBlks_s const* record);
+std::ostream& variableData(std::ostream& os, STDS_unaccBlks_s const* record);
 
 // Action, conflict and skipped-volume rows and headings. A row has no line end.
 std::ostream& fileOutHeader(std::ostream& os, RAV_Action_s const& record);
@@ -119,5 +147,13 @@ std::ostream& fileOut(std::ostream& os, LVSkipped_s const& record);
 std::ostream& operator<<(std::ostream& os, RAV_Action_s const& record);
 std::ostream& operator<<(std::ostream& os, BlockConflicts_s const& record);
 std::ostream& operator<<(std::ostream& os, LVSkipped_s const& record);
+
+// The action, conflict and skipped-volume lists.
+std::ostream& operator<<(std::ostream& os, ActionStats const& list);
+std::ostream& operator<<(std::ostream& os, ConflictBlocksStats const& list);
+std::ostream& operator<<(std::ostream& os, LVSkippedStats const& list);
+std::ostream& fileOut(std::ostream& os, ActionStats const& list);
+std::ostream& fileOut(std::ostream& os, ConflictBlocksStats const& list);
+std::ostream& fileOut(std::ostream& os, LVSkippedStats const& list);
 
 #endif

@@ -1,15 +1,26 @@
-// verifyFileRecords.h - byte layouts of the verify report: section header,
-// fixed records, list records and the seventeen variable-data records.
+// verifyFileRecords.h - the records of the verify report and their registry:
+// the byte layout of the section header, the fixed records, the list records
+// and the seventeen variable-data records, and beside each record its table
+// (every field with where it stands and how it is shown as data; for a
+// list's records also its section tag, title and text columns). The reader's
+// dispatch, the text and JSON printers and the schema are made from these
+// tables.
+//
+// Adding a kind of problem list takes its struct here, a Layout row of its
+// fields, tag, title and columns, and its name in VariableLists below.
 #ifndef UTIL_COMMON_CPP_VERIFYFILERECORDS_H
 #define UTIL_COMMON_CPP_VERIFYFILERECORDS_H
 
-#include "util/common_cpp/fieldKinds.h"
+#include "util/common_cpp/recordTables.h"
 #include "util/support/qvsGuid.h"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <iterator>
 #include <ostream>
+#include <utility>
 
 // Every record is a byte image of the file (little-endian, packed). Wide names
 // are kept as raw UTF-16LE bytes, never as unsigned short arrays, so that no
@@ -18,10 +29,6 @@
 #if defined(__BYTE_ORDER__) && __BYTE_ORDER__ != __ORDER_LITTLE_ENDIAN__
 #error "verify report records are little-endian byte images"
 #endif
-
-// Checks one field offset of a packed record.
-#define VF_FIELD_AT(type, field, offset)                                                        \
-    static_assert(offsetof(type, field) == (offset), #type "::" #field " offset")
 
 namespace VerifyFormat {
 
@@ -35,33 +42,11 @@ constexpr uint64_t Tag(const char (&text)[9]) {
 
 constexpr uint64_t SECTION_MAGIC = Tag("QMfSVerS");
 
+// The sections without a record of their own; every other section's tag is
+// in its record's Layout.
 constexpr uint64_t TAG_HEADER = Tag("QMfSVerH");
-constexpr uint64_t TAG_OVERALL = Tag("QMfSVerO");
-constexpr uint64_t TAG_POOL = Tag("QMfSVerP");
-constexpr uint64_t TAG_VOLUME = Tag("QMfSVerV");
-constexpr uint64_t TAG_ACTION = Tag("QMfSVeVE");
-constexpr uint64_t TAG_CONFLICT_BLOCKS = Tag("QMfSVeVC");
-constexpr uint64_t TAG_LV_SKIPPED = Tag("QMfSVeVD");
 constexpr uint64_t TAG_MESSAGE_RECORD = Tag("QMfSVGVP");
 constexpr uint64_t TAG_DEBUG_RECORD = Tag("QMfSVGVQ");
-
-constexpr uint64_t TAG_NEXT_LEAF_INVALID = Tag("QMfSVeVA");
-constexpr uint64_t TAG_INVALID_BLOCK = Tag("QMfSVeVB");
-constexpr uint64_t TAG_BRANCH_OUT_OF_RANGE = Tag("QMfSVGVA");
-constexpr uint64_t TAG_UNREADABLE_ZID = Tag("QMfSVGVB");
-constexpr uint64_t TAG_BTZ_NOT_IN_NT = Tag("QMfSVGVC");
-constexpr uint64_t TAG_BTZ_NOT_IN_PT = Tag("QMfSVGVD");
-constexpr uint64_t TAG_DUPLICATE_ZIDS_B = Tag("QMfSVGVE");
-constexpr uint64_t TAG_DUPLICATE_ZIDS_L = Tag("QMfSVGVF");
-constexpr uint64_t TAG_OUT_OF_RANGE = Tag("QMfSVGVG");
-constexpr uint64_t TAG_BT_BAD_NT_FILES = Tag("QMfSVGVH");
-constexpr uint64_t TAG_MISSING_PARENT = Tag("QMfSVGVI");
-constexpr uint64_t TAG_NTZ_NOT_IN_BT = Tag("QMfSVGVJ");
-constexpr uint64_t TAG_STZ_NOT_IN_BT = Tag("QMfSVGVK");
-constexpr uint64_t TAG_STZ_NOT_IN_NT = Tag("QMfSVGVL");
-constexpr uint64_t TAG_STPZ_NOT_IN_BT = Tag("QMfSVGVM");
-constexpr uint64_t TAG_STPZ_NOT_IN_NT = Tag("QMfSVGVN");
-constexpr uint64_t TAG_UNACCOUNTED_BLOCKS = Tag("QMfSVGVO");
 
 constexpr unsigned CRC_SIZE = 4;
 constexpr unsigned SECTION_HEADER_SIZE = 96;
@@ -86,12 +71,6 @@ constexpr uint64_t ENCRYPTION_AES256 = 259;
 
 } // namespace VerifyFormat
 
-// How each field of a record is shown as data (the JSON printer): one table
-// per record, VF_FIELDS_<record>(F), next to the record below, lists its
-// fields in layout order as F(field, kind), reserved bytes included, so that a
-// check can see that the table covers the whole record. The kinds are those
-// of FieldKinds.
-
 #pragma pack(push, 1)
 
 // The 96-byte header in front of every section. Bytes 8-19 and 32-95 are the
@@ -114,8 +93,6 @@ struct LevelInformation_s {
     uint32_t records;
     uint32_t objects;
 };
-#define VF_FIELDS_LevelInformation_s(F) \
-    F(blocks, Quantity) F(records, Quantity) F(objects, Quantity)
 
 struct CommonBlockStats_s {
     uint64_t reserved0;
@@ -140,14 +117,6 @@ struct CommonBlockStats_s {
     LevelInformation_s branches;
     LevelInformation_s leaves;
 };
-#define VF_FIELDS_CommonBlockStats_s(F) \
-    F(reserved0, Reserved) F(name, Narrow<VerifyFormat::NARROW_TEXT_SIZE>) \
-    F(blockCount, Quantity) F(blockCountPass2, Quantity) F(badBlockValue, Quantity) \
-    F(badBlockValuePass2, Quantity) F(crossLinkedBlocks, Quantity) F(incorrectMagic, Quantity) \
-    F(incorrectRecordCount, Quantity) F(incorrectChecksum, Quantity) F(readErrors, Quantity) \
-    F(miscellaneousErrors, Quantity) F(invalidBlocks, Quantity) F(reserved128, Reserved) \
-    F(invalidNextLeaf, Quantity) F(levelCurrent, Quantity) F(levelMaximum, Quantity) \
-    F(levelLimit, Quantity) F(levels, Levels) F(branches, Nested) F(leaves, Nested)
 
 struct VDBStats_s {
     CommonBlockStats_s blocks;
@@ -161,11 +130,6 @@ struct VDBStats_s {
     uint64_t reserved496;
     uint64_t encryptionAlgorithm;
 };
-#define VF_FIELDS_VDBStats_s(F) \
-    F(blocks, Nested) F(reserved432, Reserved) F(blockQuota, Quantity) \
-    F(blocksInUse, Quantity) F(numberOfFiles, Quantity) F(numberOfObjects, Quantity) \
-    F(nextAvailableId, Id) F(purgeableBlocks, Quantity) F(reserved496, Reserved) \
-    F(encryptionAlgorithm, Encryption)
 
 struct BTStats_s {
     uint64_t reserved0;
@@ -201,19 +165,6 @@ struct BTStats_s {
     uint64_t btiEntries;
     uint64_t missingBtiEntries;
 };
-#define VF_FIELDS_BTStats_s(F) \
-    F(reserved0, Reserved) F(objectTree, Nested) F(specialTree, Nested) F(dataBlocks, Nested) \
-    F(reserved1304, Reserved) F(salvageableObjects, Quantity) F(salvageableBlocks, Quantity) \
-    F(dataStreamObjects, Quantity) F(systemObjects, Quantity) F(fileObjects, Quantity) \
-    F(directoryObjects, Quantity) F(orphanedObjects, Quantity) F(missingParentsInNT, Quantity) \
-    F(reserved1376, Reserved) F(lostDataBlocks, Quantity) F(filesWithLostData, Quantity) \
-    F(missingNameEntries, Quantity) F(missingSalvageEntries, Quantity) \
-    F(namedObjects, Quantity) F(extraNameEntries, Quantity) \
-    F(objectsRequiringNoNames, Quantity) F(sysObjectsNameEntries, Quantity) \
-    F(unreadableObjects, Quantity) F(greatestObjectId, Id) F(duplicateIdsA, Quantity) \
-    F(duplicateIdsB, Quantity) F(reserved1480, Reserved) F(idRangeErrorsA, Quantity) \
-    F(idRangeErrorsB, Quantity) F(reserved1504, Reserved) F(btiEntries, Quantity) \
-    F(missingBtiEntries, Quantity)
 
 struct NTStats_s {
     uint64_t reserved0;
@@ -227,51 +178,34 @@ struct NTStats_s {
     uint64_t nameEntriesWithoutObjects;
     uint64_t reserved496;
 };
-#define VF_FIELDS_NTStats_s(F) \
-    F(reserved0, Reserved) F(nameTree, Nested) F(fileNames, Quantity) \
-    F(directoryNames, Quantity) F(overflowNodesA, Quantity) F(overflowNodesB, Quantity) \
-    F(objectsWithDuplicateNames, Quantity) F(totalDuplicateNames, Quantity) \
-    F(nameEntriesWithoutObjects, Quantity) F(reserved496, Reserved)
 
 struct UBTStats_s {
     CommonBlockStats_s blocks;
     unsigned char reserved432[16];
 };
-#define VF_FIELDS_UBTStats_s(F) \
-    F(blocks, Nested) F(reserved432, Reserved)
 
 struct DBTStats_s {
     CommonBlockStats_s blocks;
 };
-#define VF_FIELDS_DBTStats_s(F) \
-    F(blocks, Nested)
 
 struct MFLStats_s {
     CommonBlockStats_s blocks;
     uint64_t reserved432;
 };
-#define VF_FIELDS_MFLStats_s(F) \
-    F(blocks, Nested) F(reserved432, Reserved)
 
 struct EFLStats_s {
     CommonBlockStats_s blocks;
     CommonBlockStats_s blocks2;
 };
-#define VF_FIELDS_EFLStats_s(F) \
-    F(blocks, Nested) F(blocks2, Nested)
 
 struct PLStats_s {
     CommonBlockStats_s blocks;
 };
-#define VF_FIELDS_PLStats_s(F) \
-    F(blocks, Nested)
 
 struct BTIStats_s {
     CommonBlockStats_s blocks;
     uint64_t invalidBtiEntries;
 };
-#define VF_FIELDS_BTIStats_s(F) \
-    F(blocks, Nested) F(invalidBtiEntries, Quantity)
 
 struct ZVP_Status_s {
     uint64_t statusValid;
@@ -295,15 +229,6 @@ struct ZVP_Status_s {
     uint32_t verifyEndTime;
     unsigned char reserved466[4];
 };
-#define VF_FIELDS_ZVP_Status_s(F) \
-    F(statusValid, Quantity) F(poolName, Wide<VerifyFormat::STATUS_POOL_NAME_UNITS>) \
-    F(blockSize, Quantity) F(totalBlocks, Quantity) F(reserved148, Reserved) F(userKey, Key) \
-    F(unaccountedBlocks, Quantity) F(crossLinkedBlocks, Quantity) F(invalidBlocks, Quantity) \
-    F(verifyStartTime, Time) F(reserved346, Reserved) F(blocksVerified, Quantity) \
-    F(blocksReverified, Quantity) F(finalStatusValid, Quantity) F(completionCode, Status) \
-    F(sourceSetter, Narrow<VerifyFormat::NARROW_TEXT_SIZE>) \
-    F(sourceCaller, Narrow<VerifyFormat::NARROW_TEXT_SIZE>) F(abortedByUser, Quantity) \
-    F(verifyEndTime, Time) F(reserved466, Reserved)
 
 struct ZVP_LVStats_s {
     unsigned char volumeName[2 * VerifyFormat::VOLUME_NAME_UNITS];
@@ -324,11 +249,6 @@ struct ZVP_LVStats_s {
     PLStats_s pl;
     BTIStats_s bti;
 };
-#define VF_FIELDS_ZVP_LVStats_s(F) \
-    F(volumeName, Wide<VerifyFormat::VOLUME_NAME_UNITS>) F(errors, ErrorWord) \
-    F(warnings, WarningWord) F(deleted, Quantity) F(purging, Quantity) F(deletionTime, Time) \
-    F(volumeId, Guid) F(locator, Id) F(vdb, Nested) F(bt, Nested) F(nt, Nested) F(ubt, Nested) \
-    F(dbt, Nested) F(mfl, Nested) F(efl, Nested) F(pl, Nested) F(bti, Nested)
 
 struct ZVP_PoolStats_s {
     unsigned char reserved0[16];
@@ -377,21 +297,6 @@ struct ZVP_PoolStats_s {
     BTIStats_s bti;
     unsigned char reserved11142[16];
 };
-#define VF_FIELDS_ZVP_PoolStats_s(F) \
-    F(reserved0, Reserved) F(poolName, Wide<VerifyFormat::POOL_NAME_AREA_UNITS>) \
-    F(errors, ErrorWord) F(warnings, WarningWord) F(totalBlocks, Quantity) \
-    F(usedByPool, Quantity) F(unaccountedBlocks, Quantity) F(crossLinkedBlocks, Quantity) \
-    F(salvageableObjects, Quantity) F(salvageableBlocks, Quantity) F(reserved1078, Reserved) \
-    F(crossValidation, Quantity) F(reserved1094, Reserved) F(lvsNotVerified, Quantity) \
-    F(highestLsn, Id) F(lowestLsn, Id) F(poolBlocks1, Nested) F(poolBlocks2, Nested) \
-    F(poolBlocks3, Nested) F(poolBlocks4, Nested) F(poolBlocks5, Nested) \
-    F(systemTotalBlocks, Quantity) F(systemBlocksInUse, Quantity) F(purgeableBlocks, Quantity) \
-    F(nonPurgeableBlocks, Quantity) F(reserved3342, Reserved) F(salvageTree, Nested) \
-    F(salvageParentsWithoutIds, Quantity) F(salvageParentsWithoutNames, Quantity) \
-    F(salvageEntriesWithoutIds, Quantity) F(salvageEntriesWithoutNames, Quantity) \
-    F(poolBlocks6, Nested) F(poolBlocks7, Nested) F(freeBlocks, Nested) F(vdb, Nested) \
-    F(bt, Nested) F(nt, Nested) F(ubt, Nested) F(dbt, Nested) F(mfl, Nested) F(efl, Nested) \
-    F(pl, Nested) F(reserved10270, Reserved) F(bti, Nested) F(reserved11142, Reserved)
 
 // List records.
 
@@ -406,14 +311,6 @@ struct RAV_Action_s {
     char subObject[VerifyFormat::NARROW_TEXT_SIZE];
     char action[VerifyFormat::ACTION_TEXT_SIZE];
 };
-// The report gives an action's start and end as counts of seconds, with no
-// epoch stated (only their difference is shown as text): numbers, not times.
-#define VF_FIELDS_RAV_Action_s(F) \
-    F(key, Key) F(startSeconds, Quantity) F(endSeconds, Quantity) F(start, Quantity) \
-    F(end, Quantity) \
-    F(isPool, Quantity) F(object, Wide<VerifyFormat::ACTION_OBJECT_UNITS>) \
-    F(subObject, Narrow<VerifyFormat::NARROW_TEXT_SIZE>) \
-    F(action, Narrow<VerifyFormat::ACTION_TEXT_SIZE>)
 
 struct BlockConflicts_s {
     uint64_t block;
@@ -422,17 +319,12 @@ struct BlockConflicts_s {
     uint64_t object2;
     uint64_t volume2;
 };
-#define VF_FIELDS_BlockConflicts_s(F) \
-    F(block, Quantity) F(object1, Id) F(volume1, Id) F(object2, Id) F(volume2, Id)
 
 struct LVSkipped_s {
     unsigned char volumeName[2 * VerifyFormat::VOLUME_NAME_UNITS];
     int32_t status;
     char sourceSetter[VerifyFormat::NARROW_TEXT_SIZE];
 };
-#define VF_FIELDS_LVSkipped_s(F) \
-    F(volumeName, Wide<VerifyFormat::VOLUME_NAME_UNITS>) F(status, Status) \
-    F(sourceSetter, Narrow<VerifyFormat::NARROW_TEXT_SIZE>)
 
 // Variable-data records.
 
@@ -440,31 +332,22 @@ struct CBSV_NextLeafInvalidList_s {
     uint64_t expectedBlock;
     uint64_t actualBlock;
 };
-#define VF_FIELDS_CBSV_NextLeafInvalidList_s(F) \
-    F(expectedBlock, Quantity) F(actualBlock, Quantity)
 
 struct CBSV_InvalidBlockList_s {
     uint64_t block;
     int32_t status;
     char sourceSetter[VerifyFormat::NARROW_TEXT_SIZE];
 };
-#define VF_FIELDS_CBSV_InvalidBlockList_s(F) \
-    F(block, Quantity) F(status, Status) \
-    F(sourceSetter, Narrow<VerifyFormat::NARROW_TEXT_SIZE>)
 
 struct BTDS_BranchOutOfRangeZids_s {
     uint64_t zid;
 };
-#define VF_FIELDS_BTDS_BranchOutOfRangeZids_s(F) \
-    F(zid, Id)
 
 struct BTDS_UnreadableZid_s {
     uint64_t zid;
     int32_t status;
     char sourceSetter[VerifyFormat::NARROW_TEXT_SIZE];
 };
-#define VF_FIELDS_BTDS_UnreadableZid_s(F) \
-    F(zid, Id) F(status, Status) F(sourceSetter, Narrow<VerifyFormat::NARROW_TEXT_SIZE>)
 
 struct BTDS_BTZnotInNT_s {
     uint64_t parentZid;
@@ -472,37 +355,26 @@ struct BTDS_BTZnotInNT_s {
     int32_t status;
     char sourceSetter[VerifyFormat::NARROW_TEXT_SIZE];
 };
-#define VF_FIELDS_BTDS_BTZnotInNT_s(F) \
-    F(parentZid, Id) F(childZid, Id) F(status, Status) \
-    F(sourceSetter, Narrow<VerifyFormat::NARROW_TEXT_SIZE>)
 
 struct BTDS_BTZnotInPT_s {
     uint64_t zid;
     int32_t status;
     char sourceSetter[VerifyFormat::NARROW_TEXT_SIZE];
 };
-#define VF_FIELDS_BTDS_BTZnotInPT_s(F) \
-    F(zid, Id) F(status, Status) F(sourceSetter, Narrow<VerifyFormat::NARROW_TEXT_SIZE>)
 
 struct BTDS_DuplicateZidsB_s {
     uint64_t zid;
     uint64_t block;
 };
-#define VF_FIELDS_BTDS_DuplicateZidsB_s(F) \
-    F(zid, Id) F(block, Quantity)
 
 struct BTDS_DuplicateZidsL_s {
     uint64_t zid;
     uint64_t block;
 };
-#define VF_FIELDS_BTDS_DuplicateZidsL_s(F) \
-    F(zid, Id) F(block, Quantity)
 
 struct BTDS_OutOfRangeZids_s {
     uint64_t zid;
 };
-#define VF_FIELDS_BTDS_OutOfRangeZids_s(F) \
-    F(zid, Id)
 
 struct BTDS_BTBadNTFiles_s {
     uint64_t actualZid;
@@ -510,9 +382,6 @@ struct BTDS_BTBadNTFiles_s {
     uint64_t parentZid;
     unsigned char fileName[2 * VerifyFormat::FILE_NAME_UNITS];
 };
-#define VF_FIELDS_BTDS_BTBadNTFiles_s(F) \
-    F(actualZid, Id) F(expectedZid, Id) F(parentZid, Id) \
-    F(fileName, Wide<VerifyFormat::FILE_NAME_UNITS>)
 
 struct BTDS_missingBeastParentEnts_s {
     uint64_t parentZid;
@@ -520,9 +389,6 @@ struct BTDS_missingBeastParentEnts_s {
     int32_t status;
     char sourceSetter[VerifyFormat::NARROW_TEXT_SIZE];
 };
-#define VF_FIELDS_BTDS_missingBeastParentEnts_s(F) \
-    F(parentZid, Id) F(childZid, Id) F(status, Status) \
-    F(sourceSetter, Narrow<VerifyFormat::NARROW_TEXT_SIZE>)
 
 struct NTDS_NTZnotInBT_s {
     uint64_t zid;
@@ -533,54 +399,47 @@ struct NTDS_NTZnotInBT_s {
     int32_t status;
     char sourceSetter[VerifyFormat::NARROW_TEXT_SIZE];
 };
-#define VF_FIELDS_NTDS_NTZnotInBT_s(F) \
-    F(zid, Id) F(parentZid, Id) F(nameType, NameType) F(nameSpaceMask, Quantity) \
-    F(fileName, Wide<VerifyFormat::FILE_NAME_UNITS>) F(status, Status) \
-    F(sourceSetter, Narrow<VerifyFormat::NARROW_TEXT_SIZE>)
 
 struct STDS_STZnotInBT_s {
     uint64_t zid;
     int32_t status;
     char sourceSetter[VerifyFormat::NARROW_TEXT_SIZE];
 };
-#define VF_FIELDS_STDS_STZnotInBT_s(F) \
-    F(zid, Id) F(status, Status) F(sourceSetter, Narrow<VerifyFormat::NARROW_TEXT_SIZE>)
 
 struct STDS_STZnotInNT_s {
     uint64_t zid;
     int32_t status;
     char sourceSetter[VerifyFormat::NARROW_TEXT_SIZE];
 };
-#define VF_FIELDS_STDS_STZnotInNT_s(F) \
-    F(zid, Id) F(status, Status) F(sourceSetter, Narrow<VerifyFormat::NARROW_TEXT_SIZE>)
 
 struct STDS_STPZnotInBT_s {
     uint64_t zid;
     int32_t status;
     char sourceSetter[VerifyFormat::NARROW_TEXT_SIZE];
 };
-#define VF_FIELDS_STDS_STPZnotInBT_s(F) \
-    F(zid, Id) F(status, Status) F(sourceSetter, Narrow<VerifyFormat::NARROW_TEXT_SIZE>)
 
 struct STDS_STPZnotInNT_s {
     uint64_t zid;
     int32_t status;
     char sourceSetter[VerifyFormat::NARROW_TEXT_SIZE];
 };
-#define VF_FIELDS_STDS_STPZnotInNT_s(F) \
-    F(zid, Id) F(status, Status) F(sourceSetter, Narrow<VerifyFormat::NARROW_TEXT_SIZE>)
 
 struct STDS_unaccBlks_s {
     uint64_t startBlock;
     uint64_t endBlock;
 };
-#define VF_FIELDS_STDS_unaccBlks_s(F) \
-    F(startBlock, Quantity) F(endBlock, Quantity)
 
 #pragma pack(pop)
 
-// Sizes.
-static_assert(sizeof(VerifyFileSection) == 96, "section header size");
+// The section header's fields, where the format's byte tables put them.
+static_assert(offsetof(VerifyFileSection, magic) == 0, "VerifyFileSection::magic offset");
+static_assert(offsetof(VerifyFileSection, reserved8) == 8, "VerifyFileSection::reserved8 offset");
+static_assert(offsetof(VerifyFileSection, size) == 20, "VerifyFileSection::size offset");
+static_assert(offsetof(VerifyFileSection, type) == 24, "VerifyFileSection::type offset");
+static_assert(offsetof(VerifyFileSection, reserved32) == 32, "VerifyFileSection::reserved32 offset");
+
+// Sizes, as the format's byte tables give them.
+static_assert(sizeof(VerifyFileSection) == 96, "VerifyFileSection size");
 static_assert(sizeof(LevelInformation_s) == 12, "LevelInformation_s size");
 static_assert(sizeof(CommonBlockStats_s) == 432, "CommonBlockStats_s size");
 static_assert(sizeof(VDBStats_s) == 512, "VDBStats_s size");
@@ -616,366 +475,786 @@ static_assert(sizeof(STDS_STPZnotInBT_s) == 44, "STDS_STPZnotInBT_s size");
 static_assert(sizeof(STDS_STPZnotInNT_s) == 44, "STDS_STPZnotInNT_s size");
 static_assert(sizeof(STDS_unaccBlks_s) == 16, "STDS_unaccBlks_s size");
 
-// Each field table covers every byte of its record.
-#define VF_FIELD_SIZE(field, kind) +sizeof(VF_TABLE_RECORD::field)
-#define VF_TABLE_RECORD LevelInformation_s
-static_assert(0 VF_FIELDS_LevelInformation_s(VF_FIELD_SIZE) == sizeof(LevelInformation_s), "LevelInformation_s field table");
-#undef VF_TABLE_RECORD
-#define VF_TABLE_RECORD CommonBlockStats_s
-static_assert(0 VF_FIELDS_CommonBlockStats_s(VF_FIELD_SIZE) == sizeof(CommonBlockStats_s), "CommonBlockStats_s field table");
-#undef VF_TABLE_RECORD
-#define VF_TABLE_RECORD VDBStats_s
-static_assert(0 VF_FIELDS_VDBStats_s(VF_FIELD_SIZE) == sizeof(VDBStats_s), "VDBStats_s field table");
-#undef VF_TABLE_RECORD
-#define VF_TABLE_RECORD BTStats_s
-static_assert(0 VF_FIELDS_BTStats_s(VF_FIELD_SIZE) == sizeof(BTStats_s), "BTStats_s field table");
-#undef VF_TABLE_RECORD
-#define VF_TABLE_RECORD NTStats_s
-static_assert(0 VF_FIELDS_NTStats_s(VF_FIELD_SIZE) == sizeof(NTStats_s), "NTStats_s field table");
-#undef VF_TABLE_RECORD
-#define VF_TABLE_RECORD UBTStats_s
-static_assert(0 VF_FIELDS_UBTStats_s(VF_FIELD_SIZE) == sizeof(UBTStats_s), "UBTStats_s field table");
-#undef VF_TABLE_RECORD
-#define VF_TABLE_RECORD DBTStats_s
-static_assert(0 VF_FIELDS_DBTStats_s(VF_FIELD_SIZE) == sizeof(DBTStats_s), "DBTStats_s field table");
-#undef VF_TABLE_RECORD
-#define VF_TABLE_RECORD MFLStats_s
-static_assert(0 VF_FIELDS_MFLStats_s(VF_FIELD_SIZE) == sizeof(MFLStats_s), "MFLStats_s field table");
-#undef VF_TABLE_RECORD
-#define VF_TABLE_RECORD EFLStats_s
-static_assert(0 VF_FIELDS_EFLStats_s(VF_FIELD_SIZE) == sizeof(EFLStats_s), "EFLStats_s field table");
-#undef VF_TABLE_RECORD
-#define VF_TABLE_RECORD PLStats_s
-static_assert(0 VF_FIELDS_PLStats_s(VF_FIELD_SIZE) == sizeof(PLStats_s), "PLStats_s field table");
-#undef VF_TABLE_RECORD
-#define VF_TABLE_RECORD BTIStats_s
-static_assert(0 VF_FIELDS_BTIStats_s(VF_FIELD_SIZE) == sizeof(BTIStats_s), "BTIStats_s field table");
-#undef VF_TABLE_RECORD
-#define VF_TABLE_RECORD ZVP_Status_s
-static_assert(0 VF_FIELDS_ZVP_Status_s(VF_FIELD_SIZE) == sizeof(ZVP_Status_s), "ZVP_Status_s field table");
-#undef VF_TABLE_RECORD
-#define VF_TABLE_RECORD ZVP_LVStats_s
-static_assert(0 VF_FIELDS_ZVP_LVStats_s(VF_FIELD_SIZE) == sizeof(ZVP_LVStats_s), "ZVP_LVStats_s field table");
-#undef VF_TABLE_RECORD
-#define VF_TABLE_RECORD ZVP_PoolStats_s
-static_assert(0 VF_FIELDS_ZVP_PoolStats_s(VF_FIELD_SIZE) == sizeof(ZVP_PoolStats_s), "ZVP_PoolStats_s field table");
-#undef VF_TABLE_RECORD
-#define VF_TABLE_RECORD RAV_Action_s
-static_assert(0 VF_FIELDS_RAV_Action_s(VF_FIELD_SIZE) == sizeof(RAV_Action_s), "RAV_Action_s field table");
-#undef VF_TABLE_RECORD
-#define VF_TABLE_RECORD BlockConflicts_s
-static_assert(0 VF_FIELDS_BlockConflicts_s(VF_FIELD_SIZE) == sizeof(BlockConflicts_s), "BlockConflicts_s field table");
-#undef VF_TABLE_RECORD
-#define VF_TABLE_RECORD LVSkipped_s
-static_assert(0 VF_FIELDS_LVSkipped_s(VF_FIELD_SIZE) == sizeof(LVSkipped_s), "LVSkipped_s field table");
-#undef VF_TABLE_RECORD
-#define VF_TABLE_RECORD CBSV_NextLeafInvalidList_s
-static_assert(0 VF_FIELDS_CBSV_NextLeafInvalidList_s(VF_FIELD_SIZE) == sizeof(CBSV_NextLeafInvalidList_s), "CBSV_NextLeafInvalidList_s field table");
-#undef VF_TABLE_RECORD
-#define VF_TABLE_RECORD CBSV_InvalidBlockList_s
-static_assert(0 VF_FIELDS_CBSV_InvalidBlockList_s(VF_FIELD_SIZE) == sizeof(CBSV_InvalidBlockList_s), "CBSV_InvalidBlockList_s field table");
-#undef VF_TABLE_RECORD
-#define VF_TABLE_RECORD BTDS_BranchOutOfRangeZids_s
-static_assert(0 VF_FIELDS_BTDS_BranchOutOfRangeZids_s(VF_FIELD_SIZE) == sizeof(BTDS_BranchOutOfRangeZids_s), "BTDS_BranchOutOfRangeZids_s field table");
-#undef VF_TABLE_RECORD
-#define VF_TABLE_RECORD BTDS_UnreadableZid_s
-static_assert(0 VF_FIELDS_BTDS_UnreadableZid_s(VF_FIELD_SIZE) == sizeof(BTDS_UnreadableZid_s), "BTDS_UnreadableZid_s field table");
-#undef VF_TABLE_RECORD
-#define VF_TABLE_RECORD BTDS_BTZnotInNT_s
-static_assert(0 VF_FIELDS_BTDS_BTZnotInNT_s(VF_FIELD_SIZE) == sizeof(BTDS_BTZnotInNT_s), "BTDS_BTZnotInNT_s field table");
-#undef VF_TABLE_RECORD
-#define VF_TABLE_RECORD BTDS_BTZnotInPT_s
-static_assert(0 VF_FIELDS_BTDS_BTZnotInPT_s(VF_FIELD_SIZE) == sizeof(BTDS_BTZnotInPT_s), "BTDS_BTZnotInPT_s field table");
-#undef VF_TABLE_RECORD
-#define VF_TABLE_RECORD BTDS_DuplicateZidsB_s
-static_assert(0 VF_FIELDS_BTDS_DuplicateZidsB_s(VF_FIELD_SIZE) == sizeof(BTDS_DuplicateZidsB_s), "BTDS_DuplicateZidsB_s field table");
-#undef VF_TABLE_RECORD
-#define VF_TABLE_RECORD BTDS_DuplicateZidsL_s
-static_assert(0 VF_FIELDS_BTDS_DuplicateZidsL_s(VF_FIELD_SIZE) == sizeof(BTDS_DuplicateZidsL_s), "BTDS_DuplicateZidsL_s field table");
-#undef VF_TABLE_RECORD
-#define VF_TABLE_RECORD BTDS_OutOfRangeZids_s
-static_assert(0 VF_FIELDS_BTDS_OutOfRangeZids_s(VF_FIELD_SIZE) == sizeof(BTDS_OutOfRangeZids_s), "BTDS_OutOfRangeZids_s field table");
-#undef VF_TABLE_RECORD
-#define VF_TABLE_RECORD BTDS_BTBadNTFiles_s
-static_assert(0 VF_FIELDS_BTDS_BTBadNTFiles_s(VF_FIELD_SIZE) == sizeof(BTDS_BTBadNTFiles_s), "BTDS_BTBadNTFiles_s field table");
-#undef VF_TABLE_RECORD
-#define VF_TABLE_RECORD BTDS_missingBeastParentEnts_s
-static_assert(0 VF_FIELDS_BTDS_missingBeastParentEnts_s(VF_FIELD_SIZE) == sizeof(BTDS_missingBeastParentEnts_s), "BTDS_missingBeastParentEnts_s field table");
-#undef VF_TABLE_RECORD
-#define VF_TABLE_RECORD NTDS_NTZnotInBT_s
-static_assert(0 VF_FIELDS_NTDS_NTZnotInBT_s(VF_FIELD_SIZE) == sizeof(NTDS_NTZnotInBT_s), "NTDS_NTZnotInBT_s field table");
-#undef VF_TABLE_RECORD
-#define VF_TABLE_RECORD STDS_STZnotInBT_s
-static_assert(0 VF_FIELDS_STDS_STZnotInBT_s(VF_FIELD_SIZE) == sizeof(STDS_STZnotInBT_s), "STDS_STZnotInBT_s field table");
-#undef VF_TABLE_RECORD
-#define VF_TABLE_RECORD STDS_STZnotInNT_s
-static_assert(0 VF_FIELDS_STDS_STZnotInNT_s(VF_FIELD_SIZE) == sizeof(STDS_STZnotInNT_s), "STDS_STZnotInNT_s field table");
-#undef VF_TABLE_RECORD
-#define VF_TABLE_RECORD STDS_STPZnotInBT_s
-static_assert(0 VF_FIELDS_STDS_STPZnotInBT_s(VF_FIELD_SIZE) == sizeof(STDS_STPZnotInBT_s), "STDS_STPZnotInBT_s field table");
-#undef VF_TABLE_RECORD
-#define VF_TABLE_RECORD STDS_STPZnotInNT_s
-static_assert(0 VF_FIELDS_STDS_STPZnotInNT_s(VF_FIELD_SIZE) == sizeof(STDS_STPZnotInNT_s), "STDS_STPZnotInNT_s field table");
-#undef VF_TABLE_RECORD
-#define VF_TABLE_RECORD STDS_unaccBlks_s
-static_assert(0 VF_FIELDS_STDS_unaccBlks_s(VF_FIELD_SIZE) == sizeof(STDS_unaccBlks_s), "STDS_unaccBlks_s field table");
-#undef VF_TABLE_RECORD
-#undef VF_FIELD_SIZE
+// ---------------------------------------------------------------- the registry
 
-// Offsets.
-VF_FIELD_AT(VerifyFileSection, magic, 0);
-VF_FIELD_AT(VerifyFileSection, reserved8, 8);
-VF_FIELD_AT(VerifyFileSection, size, 20);
-VF_FIELD_AT(VerifyFileSection, type, 24);
-VF_FIELD_AT(VerifyFileSection, reserved32, 32);
+namespace VerifyFormat {
 
-VF_FIELD_AT(LevelInformation_s, blocks, 0);
-VF_FIELD_AT(LevelInformation_s, records, 4);
-VF_FIELD_AT(LevelInformation_s, objects, 8);
+using RecordTables::Cell;
+using RecordTables::Column;
+using RecordTables::ColumnTable;
+using RecordTables::Field;
+using RecordTables::FieldTable;
+using RecordTables::Kind;
 
-VF_FIELD_AT(CommonBlockStats_s, reserved0, 0);
-VF_FIELD_AT(CommonBlockStats_s, name, 8);
-VF_FIELD_AT(CommonBlockStats_s, blockCount, 40);
-VF_FIELD_AT(CommonBlockStats_s, blockCountPass2, 48);
-VF_FIELD_AT(CommonBlockStats_s, badBlockValue, 56);
-VF_FIELD_AT(CommonBlockStats_s, badBlockValuePass2, 64);
-VF_FIELD_AT(CommonBlockStats_s, crossLinkedBlocks, 72);
-VF_FIELD_AT(CommonBlockStats_s, incorrectMagic, 80);
-VF_FIELD_AT(CommonBlockStats_s, incorrectRecordCount, 88);
-VF_FIELD_AT(CommonBlockStats_s, incorrectChecksum, 96);
-VF_FIELD_AT(CommonBlockStats_s, readErrors, 104);
-VF_FIELD_AT(CommonBlockStats_s, miscellaneousErrors, 112);
-VF_FIELD_AT(CommonBlockStats_s, invalidBlocks, 120);
-VF_FIELD_AT(CommonBlockStats_s, reserved128, 128);
-VF_FIELD_AT(CommonBlockStats_s, invalidNextLeaf, 136);
-VF_FIELD_AT(CommonBlockStats_s, levelCurrent, 144);
-VF_FIELD_AT(CommonBlockStats_s, levelMaximum, 148);
-VF_FIELD_AT(CommonBlockStats_s, levelLimit, 152);
-VF_FIELD_AT(CommonBlockStats_s, levels, 156);
-VF_FIELD_AT(CommonBlockStats_s, branches, 408);
-VF_FIELD_AT(CommonBlockStats_s, leaves, 420);
+// A field of the table's Record: its name as text, the offset the format's
+// byte tables give it, and where and how large the record has it. A macro,
+// as only the preprocessor turns a member's name into both its text and the
+// member itself (offsetof, sizeof).
+#define VF_FIELD(member, offset, ...)                                                           \
+    Field { #member, offset, offsetof(Record, member), sizeof(Record::member), __VA_ARGS__ }
 
-VF_FIELD_AT(VDBStats_s, blocks, 0);
-VF_FIELD_AT(VDBStats_s, reserved432, 432);
-VF_FIELD_AT(VDBStats_s, blockQuota, 448);
-VF_FIELD_AT(VDBStats_s, blocksInUse, 456);
-VF_FIELD_AT(VDBStats_s, numberOfFiles, 464);
-VF_FIELD_AT(VDBStats_s, numberOfObjects, 472);
-VF_FIELD_AT(VDBStats_s, nextAvailableId, 480);
-VF_FIELD_AT(VDBStats_s, purgeableBlocks, 488);
-VF_FIELD_AT(VDBStats_s, reserved496, 496);
-VF_FIELD_AT(VDBStats_s, encryptionAlgorithm, 504);
+// The text columns the lists share: heading title, its width and gap, rule
+// width and gap, then the row cell, the field it shows, its width, and a
+// unit mark ("z" a ZID, "k" a block, "vz" a volume locator) or blanks after
+// it. Heading and row widths differ where the report has them differ.
+namespace Columns {
 
-VF_FIELD_AT(BTStats_s, reserved0, 0);
-VF_FIELD_AT(BTStats_s, objectTree, 8);
-VF_FIELD_AT(BTStats_s, specialTree, 440);
-VF_FIELD_AT(BTStats_s, dataBlocks, 872);
-VF_FIELD_AT(BTStats_s, reserved1304, 1304);
-VF_FIELD_AT(BTStats_s, salvageableObjects, 1312);
-VF_FIELD_AT(BTStats_s, salvageableBlocks, 1320);
-VF_FIELD_AT(BTStats_s, dataStreamObjects, 1328);
-VF_FIELD_AT(BTStats_s, systemObjects, 1336);
-VF_FIELD_AT(BTStats_s, fileObjects, 1344);
-VF_FIELD_AT(BTStats_s, directoryObjects, 1352);
-VF_FIELD_AT(BTStats_s, orphanedObjects, 1360);
-VF_FIELD_AT(BTStats_s, missingParentsInNT, 1368);
-VF_FIELD_AT(BTStats_s, reserved1376, 1376);
-VF_FIELD_AT(BTStats_s, lostDataBlocks, 1384);
-VF_FIELD_AT(BTStats_s, filesWithLostData, 1392);
-VF_FIELD_AT(BTStats_s, missingNameEntries, 1400);
-VF_FIELD_AT(BTStats_s, missingSalvageEntries, 1408);
-VF_FIELD_AT(BTStats_s, namedObjects, 1416);
-VF_FIELD_AT(BTStats_s, extraNameEntries, 1424);
-VF_FIELD_AT(BTStats_s, objectsRequiringNoNames, 1432);
-VF_FIELD_AT(BTStats_s, sysObjectsNameEntries, 1440);
-VF_FIELD_AT(BTStats_s, unreadableObjects, 1448);
-VF_FIELD_AT(BTStats_s, greatestObjectId, 1456);
-VF_FIELD_AT(BTStats_s, duplicateIdsA, 1464);
-VF_FIELD_AT(BTStats_s, duplicateIdsB, 1472);
-VF_FIELD_AT(BTStats_s, reserved1480, 1480);
-VF_FIELD_AT(BTStats_s, idRangeErrorsA, 1488);
-VF_FIELD_AT(BTStats_s, idRangeErrorsB, 1496);
-VF_FIELD_AT(BTStats_s, reserved1504, 1504);
-VF_FIELD_AT(BTStats_s, btiEntries, 1512);
-VF_FIELD_AT(BTStats_s, missingBtiEntries, 1520);
+constexpr Column ZID_COLUMNS[] = {{"Zid", 16, 3, 17, 2, Cell::Hex, "zid", 17, "z", 2}};
+constexpr ColumnTable ZID{ZID_COLUMNS, std::size(ZID_COLUMNS), true};
 
-VF_FIELD_AT(NTStats_s, reserved0, 0);
-VF_FIELD_AT(NTStats_s, nameTree, 8);
-VF_FIELD_AT(NTStats_s, fileNames, 440);
-VF_FIELD_AT(NTStats_s, directoryNames, 448);
-VF_FIELD_AT(NTStats_s, overflowNodesA, 456);
-VF_FIELD_AT(NTStats_s, overflowNodesB, 464);
-VF_FIELD_AT(NTStats_s, objectsWithDuplicateNames, 472);
-VF_FIELD_AT(NTStats_s, totalDuplicateNames, 480);
-VF_FIELD_AT(NTStats_s, nameEntriesWithoutObjects, 488);
-VF_FIELD_AT(NTStats_s, reserved496, 496);
+// The block in decimal here, unlike every other block column.
+constexpr Column ZID_BLOCK_COLUMNS[] = {{"Zid", 16, 3, 17, 2, Cell::Hex, "zid", 17, "z", 2},
+                                        {"Block", 8, 3, 9, 2, Cell::Unsigned, "block", 9, "k", 2}};
+constexpr ColumnTable ZID_BLOCK{ZID_BLOCK_COLUMNS, std::size(ZID_BLOCK_COLUMNS), true};
 
-VF_FIELD_AT(UBTStats_s, blocks, 0);
-VF_FIELD_AT(UBTStats_s, reserved432, 432);
-VF_FIELD_AT(DBTStats_s, blocks, 0);
-VF_FIELD_AT(MFLStats_s, blocks, 0);
-VF_FIELD_AT(MFLStats_s, reserved432, 432);
-VF_FIELD_AT(EFLStats_s, blocks, 0);
-VF_FIELD_AT(EFLStats_s, blocks2, 432);
-VF_FIELD_AT(PLStats_s, blocks, 0);
-VF_FIELD_AT(BTIStats_s, blocks, 0);
-VF_FIELD_AT(BTIStats_s, invalidBtiEntries, 432);
+constexpr Column START_END_BLOCK_COLUMNS[] = {
+    {"Start", 8, 3, 9, 2, Cell::Hex, "startBlock", 8, "k", 3},
+    {"End", 8, 3, 9, 2, Cell::Hex, "endBlock", 8, "k", 3}};
+constexpr ColumnTable START_END_BLOCK{START_END_BLOCK_COLUMNS, std::size(START_END_BLOCK_COLUMNS),
+                                      true};
 
-VF_FIELD_AT(ZVP_Status_s, statusValid, 0);
-VF_FIELD_AT(ZVP_Status_s, poolName, 8);
-VF_FIELD_AT(ZVP_Status_s, blockSize, 136);
-VF_FIELD_AT(ZVP_Status_s, totalBlocks, 140);
-VF_FIELD_AT(ZVP_Status_s, reserved148, 148);
-VF_FIELD_AT(ZVP_Status_s, userKey, 310);
-VF_FIELD_AT(ZVP_Status_s, unaccountedBlocks, 318);
-VF_FIELD_AT(ZVP_Status_s, crossLinkedBlocks, 326);
-VF_FIELD_AT(ZVP_Status_s, invalidBlocks, 334);
-VF_FIELD_AT(ZVP_Status_s, verifyStartTime, 342);
-VF_FIELD_AT(ZVP_Status_s, reserved346, 346);
-VF_FIELD_AT(ZVP_Status_s, blocksVerified, 362);
-VF_FIELD_AT(ZVP_Status_s, blocksReverified, 370);
-VF_FIELD_AT(ZVP_Status_s, finalStatusValid, 378);
-VF_FIELD_AT(ZVP_Status_s, completionCode, 386);
-VF_FIELD_AT(ZVP_Status_s, sourceSetter, 390);
-VF_FIELD_AT(ZVP_Status_s, sourceCaller, 422);
-VF_FIELD_AT(ZVP_Status_s, abortedByUser, 454);
-VF_FIELD_AT(ZVP_Status_s, verifyEndTime, 462);
-VF_FIELD_AT(ZVP_Status_s, reserved466, 466);
+constexpr Column EXPECTED_ACTUAL_BLOCK_COLUMNS[] = {
+    {"Expected block", 16, 3, 17, 2, Cell::Hex, "expectedBlock", 16, "k", 3},
+    {"Actual block", 16, 0, 17, 0, Cell::Hex, "actualBlock", 16, "k", 3}};
+constexpr ColumnTable EXPECTED_ACTUAL_BLOCK{EXPECTED_ACTUAL_BLOCK_COLUMNS,
+                                            std::size(EXPECTED_ACTUAL_BLOCK_COLUMNS), true};
 
-VF_FIELD_AT(ZVP_LVStats_s, volumeName, 0);
-VF_FIELD_AT(ZVP_LVStats_s, errors, 512);
-VF_FIELD_AT(ZVP_LVStats_s, warnings, 520);
-VF_FIELD_AT(ZVP_LVStats_s, deleted, 528);
-VF_FIELD_AT(ZVP_LVStats_s, purging, 536);
-VF_FIELD_AT(ZVP_LVStats_s, deletionTime, 544);
-VF_FIELD_AT(ZVP_LVStats_s, volumeId, 548);
-VF_FIELD_AT(ZVP_LVStats_s, locator, 564);
-VF_FIELD_AT(ZVP_LVStats_s, vdb, 572);
-VF_FIELD_AT(ZVP_LVStats_s, bt, 1084);
-VF_FIELD_AT(ZVP_LVStats_s, nt, 2612);
-VF_FIELD_AT(ZVP_LVStats_s, ubt, 3116);
-VF_FIELD_AT(ZVP_LVStats_s, dbt, 3564);
-VF_FIELD_AT(ZVP_LVStats_s, mfl, 3996);
-VF_FIELD_AT(ZVP_LVStats_s, efl, 4436);
-VF_FIELD_AT(ZVP_LVStats_s, pl, 5300);
-VF_FIELD_AT(ZVP_LVStats_s, bti, 5732);
+constexpr Column ZID_STATUS_COLUMNS[] = {
+    {"Zid", 16, 3, 17, 2, Cell::Hex, "zid", 17, "z", 2},
+    {"Status", 6, 3, 6, 3, Cell::Signed, "status", 6, nullptr, 3},
+    {"Source", 32, 3, 32, 3, Cell::Text, "sourceSetter", 32, nullptr, 3}};
+constexpr ColumnTable ZID_STATUS{ZID_STATUS_COLUMNS, std::size(ZID_STATUS_COLUMNS), true};
 
-VF_FIELD_AT(ZVP_PoolStats_s, reserved0, 0);
-VF_FIELD_AT(ZVP_PoolStats_s, poolName, 16);
-VF_FIELD_AT(ZVP_PoolStats_s, errors, 1014);
-VF_FIELD_AT(ZVP_PoolStats_s, warnings, 1022);
-VF_FIELD_AT(ZVP_PoolStats_s, totalBlocks, 1030);
-VF_FIELD_AT(ZVP_PoolStats_s, usedByPool, 1038);
-VF_FIELD_AT(ZVP_PoolStats_s, unaccountedBlocks, 1046);
-VF_FIELD_AT(ZVP_PoolStats_s, crossLinkedBlocks, 1054);
-VF_FIELD_AT(ZVP_PoolStats_s, salvageableObjects, 1062);
-VF_FIELD_AT(ZVP_PoolStats_s, salvageableBlocks, 1070);
-VF_FIELD_AT(ZVP_PoolStats_s, reserved1078, 1078);
-VF_FIELD_AT(ZVP_PoolStats_s, crossValidation, 1086);
-VF_FIELD_AT(ZVP_PoolStats_s, reserved1094, 1094);
-VF_FIELD_AT(ZVP_PoolStats_s, lvsNotVerified, 1126);
-VF_FIELD_AT(ZVP_PoolStats_s, highestLsn, 1134);
-VF_FIELD_AT(ZVP_PoolStats_s, lowestLsn, 1142);
-VF_FIELD_AT(ZVP_PoolStats_s, poolBlocks1, 1150);
-VF_FIELD_AT(ZVP_PoolStats_s, poolBlocks2, 1582);
-VF_FIELD_AT(ZVP_PoolStats_s, poolBlocks3, 2014);
-VF_FIELD_AT(ZVP_PoolStats_s, poolBlocks4, 2446);
-VF_FIELD_AT(ZVP_PoolStats_s, poolBlocks5, 2878);
-VF_FIELD_AT(ZVP_PoolStats_s, systemTotalBlocks, 3310);
-VF_FIELD_AT(ZVP_PoolStats_s, systemBlocksInUse, 3318);
-VF_FIELD_AT(ZVP_PoolStats_s, purgeableBlocks, 3326);
-VF_FIELD_AT(ZVP_PoolStats_s, nonPurgeableBlocks, 3334);
-VF_FIELD_AT(ZVP_PoolStats_s, reserved3342, 3342);
-VF_FIELD_AT(ZVP_PoolStats_s, salvageTree, 3350);
-VF_FIELD_AT(ZVP_PoolStats_s, salvageParentsWithoutIds, 3782);
-VF_FIELD_AT(ZVP_PoolStats_s, salvageParentsWithoutNames, 3790);
-VF_FIELD_AT(ZVP_PoolStats_s, salvageEntriesWithoutIds, 3798);
-VF_FIELD_AT(ZVP_PoolStats_s, salvageEntriesWithoutNames, 3806);
-VF_FIELD_AT(ZVP_PoolStats_s, poolBlocks6, 3814);
-VF_FIELD_AT(ZVP_PoolStats_s, poolBlocks7, 4246);
-VF_FIELD_AT(ZVP_PoolStats_s, freeBlocks, 4678);
-VF_FIELD_AT(ZVP_PoolStats_s, vdb, 5110);
-VF_FIELD_AT(ZVP_PoolStats_s, bt, 5622);
-VF_FIELD_AT(ZVP_PoolStats_s, nt, 7150);
-VF_FIELD_AT(ZVP_PoolStats_s, ubt, 7654);
-VF_FIELD_AT(ZVP_PoolStats_s, dbt, 8102);
-VF_FIELD_AT(ZVP_PoolStats_s, mfl, 8534);
-VF_FIELD_AT(ZVP_PoolStats_s, efl, 8974);
-VF_FIELD_AT(ZVP_PoolStats_s, pl, 9838);
-VF_FIELD_AT(ZVP_PoolStats_s, reserved10270, 10270);
-VF_FIELD_AT(ZVP_PoolStats_s, bti, 10702);
-VF_FIELD_AT(ZVP_PoolStats_s, reserved11142, 11142);
+constexpr Column BLOCK_STATUS_COLUMNS[] = {
+    {"Block", 16, 3, 17, 2, Cell::Hex, "block", 16, "k", 3},
+    {"Status", 8, 3, 8, 3, Cell::Signed, "status", 6, nullptr, 3},
+    {"Source", 32, 3, 32, 3, Cell::Text, "sourceSetter", 32, nullptr, 3}};
+constexpr ColumnTable BLOCK_STATUS{BLOCK_STATUS_COLUMNS, std::size(BLOCK_STATUS_COLUMNS), true};
 
-VF_FIELD_AT(RAV_Action_s, key, 0);
-VF_FIELD_AT(RAV_Action_s, startSeconds, 8);
-VF_FIELD_AT(RAV_Action_s, endSeconds, 12);
-VF_FIELD_AT(RAV_Action_s, start, 16);
-VF_FIELD_AT(RAV_Action_s, end, 24);
-VF_FIELD_AT(RAV_Action_s, isPool, 32);
-VF_FIELD_AT(RAV_Action_s, object, 34);
-VF_FIELD_AT(RAV_Action_s, subObject, 66);
-VF_FIELD_AT(RAV_Action_s, action, 98);
+constexpr Column PARENT_CHILD_STATUS_COLUMNS[] = {
+    {"Parent", 16, 3, 17, 2, Cell::Hex, "parentZid", 17, "z", 2},
+    {"Child", 16, 3, 17, 2, Cell::Hex, "childZid", 17, "z", 2},
+    {"Status", 6, 3, 6, 3, Cell::Signed, "status", 6, nullptr, 3},
+    {"Source", 32, 3, 32, 3, Cell::Text, "sourceSetter", 32, nullptr, 3}};
+constexpr ColumnTable PARENT_CHILD_STATUS{PARENT_CHILD_STATUS_COLUMNS,
+                                          std::size(PARENT_CHILD_STATUS_COLUMNS), true};
 
-VF_FIELD_AT(BlockConflicts_s, block, 0);
-VF_FIELD_AT(BlockConflicts_s, object1, 8);
-VF_FIELD_AT(BlockConflicts_s, volume1, 16);
-VF_FIELD_AT(BlockConflicts_s, object2, 24);
-VF_FIELD_AT(BlockConflicts_s, volume2, 32);
+// "Expecteded" is the column's title.
+constexpr Column ZID_ZID_ZID_FILE_NAME_COLUMNS[] = {
+    {"Actual", 10, 3, 11, 2, Cell::Hex, "actualZid", 10, "z", 3},
+    {"Expecteded", 10, 3, 11, 2, Cell::Hex, "expectedZid", 10, "z", 3},
+    {"Parent", 10, 3, 11, 2, Cell::Hex, "parentZid", 10, "z", 3},
+    {"File name", 38, 3, 38, 3, Cell::Wide, "fileName", 38, nullptr, 3}};
+constexpr ColumnTable ZID_ZID_ZID_FILE_NAME{ZID_ZID_ZID_FILE_NAME_COLUMNS,
+                                            std::size(ZID_ZID_ZID_FILE_NAME_COLUMNS), true};
 
-VF_FIELD_AT(LVSkipped_s, volumeName, 0);
-VF_FIELD_AT(LVSkipped_s, status, 512);
-VF_FIELD_AT(LVSkipped_s, sourceSetter, 516);
+constexpr Column NAME_TREE_ENTRY_COLUMNS[] = {
+    {"Zid", 19, 2, 19, 2, Cell::Hex, "zid", 19, "z", 2},
+    {"Parent Zid", 19, 2, 19, 2, Cell::Hex, "parentZid", 19, "z", 2},
+    {"Type", 6, 3, 6, 3, Cell::NameType, "nameType", 6, nullptr, 3},
+    {"Mask", 4, 3, 4, 3, Cell::Hex, "nameSpaceMask", 4, nullptr, 3},
+    {"File name", 38, 3, 38, 3, Cell::Wide, "fileName", 38, nullptr, 3},
+    {"Status", 6, 3, 6, 3, Cell::Signed, "status", 6, nullptr, 3},
+    {"Source", 32, 3, 32, 3, Cell::Text, "sourceSetter", 32, nullptr, 3}};
+constexpr ColumnTable NAME_TREE_ENTRY{NAME_TREE_ENTRY_COLUMNS, std::size(NAME_TREE_ENTRY_COLUMNS),
+                                      true};
 
-VF_FIELD_AT(CBSV_NextLeafInvalidList_s, expectedBlock, 0);
-VF_FIELD_AT(CBSV_NextLeafInvalidList_s, actualBlock, 8);
-VF_FIELD_AT(CBSV_InvalidBlockList_s, block, 0);
-VF_FIELD_AT(CBSV_InvalidBlockList_s, status, 8);
-VF_FIELD_AT(CBSV_InvalidBlockList_s, sourceSetter, 12);
-VF_FIELD_AT(BTDS_BranchOutOfRangeZids_s, zid, 0);
-VF_FIELD_AT(BTDS_UnreadableZid_s, zid, 0);
-VF_FIELD_AT(BTDS_UnreadableZid_s, status, 8);
-VF_FIELD_AT(BTDS_UnreadableZid_s, sourceSetter, 12);
-VF_FIELD_AT(BTDS_BTZnotInNT_s, parentZid, 0);
-VF_FIELD_AT(BTDS_BTZnotInNT_s, childZid, 8);
-VF_FIELD_AT(BTDS_BTZnotInNT_s, status, 16);
-VF_FIELD_AT(BTDS_BTZnotInNT_s, sourceSetter, 20);
-VF_FIELD_AT(BTDS_BTZnotInPT_s, zid, 0);
-VF_FIELD_AT(BTDS_BTZnotInPT_s, status, 8);
-VF_FIELD_AT(BTDS_BTZnotInPT_s, sourceSetter, 12);
-VF_FIELD_AT(BTDS_DuplicateZidsB_s, zid, 0);
-VF_FIELD_AT(BTDS_DuplicateZidsB_s, block, 8);
-VF_FIELD_AT(BTDS_DuplicateZidsL_s, zid, 0);
-VF_FIELD_AT(BTDS_DuplicateZidsL_s, block, 8);
-VF_FIELD_AT(BTDS_OutOfRangeZids_s, zid, 0);
-VF_FIELD_AT(BTDS_BTBadNTFiles_s, actualZid, 0);
-VF_FIELD_AT(BTDS_BTBadNTFiles_s, expectedZid, 8);
-VF_FIELD_AT(BTDS_BTBadNTFiles_s, parentZid, 16);
-VF_FIELD_AT(BTDS_BTBadNTFiles_s, fileName, 24);
-VF_FIELD_AT(BTDS_missingBeastParentEnts_s, parentZid, 0);
-VF_FIELD_AT(BTDS_missingBeastParentEnts_s, childZid, 8);
-VF_FIELD_AT(BTDS_missingBeastParentEnts_s, status, 16);
-VF_FIELD_AT(BTDS_missingBeastParentEnts_s, sourceSetter, 20);
-VF_FIELD_AT(NTDS_NTZnotInBT_s, zid, 0);
-VF_FIELD_AT(NTDS_NTZnotInBT_s, parentZid, 8);
-VF_FIELD_AT(NTDS_NTZnotInBT_s, nameType, 16);
-VF_FIELD_AT(NTDS_NTZnotInBT_s, nameSpaceMask, 18);
-VF_FIELD_AT(NTDS_NTZnotInBT_s, fileName, 22);
-VF_FIELD_AT(NTDS_NTZnotInBT_s, status, 534);
-VF_FIELD_AT(NTDS_NTZnotInBT_s, sourceSetter, 538);
-VF_FIELD_AT(STDS_STZnotInBT_s, zid, 0);
-VF_FIELD_AT(STDS_STZnotInBT_s, status, 8);
-VF_FIELD_AT(STDS_STZnotInBT_s, sourceSetter, 12);
-VF_FIELD_AT(STDS_STZnotInNT_s, zid, 0);
-VF_FIELD_AT(STDS_STZnotInNT_s, status, 8);
-VF_FIELD_AT(STDS_STZnotInNT_s, sourceSetter, 12);
-VF_FIELD_AT(STDS_STPZnotInBT_s, zid, 0);
-VF_FIELD_AT(STDS_STPZnotInBT_s, status, 8);
-VF_FIELD_AT(STDS_STPZnotInBT_s, sourceSetter, 12);
-VF_FIELD_AT(STDS_STPZnotInNT_s, zid, 0);
-VF_FIELD_AT(STDS_STPZnotInNT_s, status, 8);
-VF_FIELD_AT(STDS_STPZnotInNT_s, sourceSetter, 12);
-VF_FIELD_AT(STDS_unaccBlks_s, startBlock, 0);
-VF_FIELD_AT(STDS_unaccBlks_s, endBlock, 8);
+// A name, a status and its source, headed as a list of its own would be.
+constexpr Column NAME_STATUS_COLUMNS[] = {
+    {"Name", 32, 3, 32, 3, Cell::Wide, "volumeName", 32, nullptr, 3},
+    {"Status", 8, 3, 8, 3, Cell::Signed, "status", 6, nullptr, 3},
+    {"Source", 32, 3, 32, 3, Cell::Text, "sourceSetter", 32, nullptr, 3}};
+constexpr ColumnTable NAME_STATUS{NAME_STATUS_COLUMNS, std::size(NAME_STATUS_COLUMNS), true};
+
+// The skipped-volume list heads only its first column; its rows end their
+// own line, and the list adds another.
+constexpr Column SKIPPED_VOLUME_COLUMNS[] = {
+    {"Logical Volumes Skipped", 32, 0, 32, 0, Cell::Wide, "volumeName", 32, nullptr, 3},
+    {nullptr, 0, 0, 0, 0, Cell::Signed, "status", 6, nullptr, 3},
+    {nullptr, 0, 0, 0, 0, Cell::Text, "sourceSetter", 32, nullptr, 3}};
+constexpr ColumnTable SKIPPED_VOLUME{SKIPPED_VOLUME_COLUMNS, std::size(SKIPPED_VOLUME_COLUMNS),
+                                     true};
+
+// Seconds are taken in 32 bits: an end before the start wraps.
+constexpr Column ACTION_COLUMNS[] = {
+    {"Object", 16, 2, 16, 2, Cell::WideRight, "object", 16, nullptr, 2},
+    {"Pool", 4, 2, 4, 2, Cell::YesNo, "isPool", 4, nullptr, 2},
+    {"Start", 11, 2, 11, 2, Cell::Hex, "start", 10, "k", 3},
+    {"End", 11, 2, 11, 2, Cell::Hex, "end", 10, "k", 3},
+    {"Seconds", 7, 2, 7, 2, Cell::Seconds, "startSeconds", 7, nullptr, 2, "endSeconds"},
+    {"Sub-object", 22, 2, 22, 2, Cell::TextRight, "subObject", 22, nullptr, 2},
+    {"Action", 32, 2, 32, 2, Cell::Text, "action", 32, nullptr, 2},
+    {"Key", 4, 0, 4, 0, Cell::Unsigned, "key", 4, nullptr, 0}};
+constexpr ColumnTable ACTION{ACTION_COLUMNS, std::size(ACTION_COLUMNS), false};
+
+constexpr Column CONFLICT_COLUMNS[] = {
+    {"Block", 8, 3, 9, 2, Cell::Hex, "block", 8, "k", 3},
+    {"Object 1", 18, 3, 19, 2, Cell::Hex, "object1", 18, "z", 3},
+    {"Volume 1", 8, 4, 10, 2, Cell::Hex, "volume1", 8, "vz", 4},
+    {"Object 2", 18, 3, 19, 2, Cell::Hex, "object2", 18, "z", 3},
+    {"Volume 2", 8, 4, 10, 2, Cell::Hex, "volume2", 8, "vz", 4}};
+constexpr ColumnTable CONFLICT{CONFLICT_COLUMNS, std::size(CONFLICT_COLUMNS), false};
+
+} // namespace Columns
+
+// Each record's row of the registry: its fields, and where it has them, its
+// section's tag, and for a list the title and text columns. The fixed records
+// and the held lists name their section in the JSON documents (SECTION); a
+// variable-data list names its kind (KIND).
+template <typename R> struct Layout;
+
+template <> struct Layout<LevelInformation_s> {
+    using Record = LevelInformation_s;
+    static constexpr Field FIELDS[] = {
+        VF_FIELD(blocks, 0, Kind::Quantity),
+        VF_FIELD(records, 4, Kind::Quantity),
+        VF_FIELD(objects, 8, Kind::Quantity),
+    };
+    static constexpr FieldTable TABLE{"LevelInformation_s", sizeof(Record), FIELDS, std::size(FIELDS)};
+};
+
+template <> struct Layout<CommonBlockStats_s> {
+    using Record = CommonBlockStats_s;
+    static constexpr Field FIELDS[] = {
+        VF_FIELD(reserved0, 0, Kind::Reserved),
+        VF_FIELD(name, 8, Kind::Narrow),
+        VF_FIELD(blockCount, 40, Kind::Quantity),
+        VF_FIELD(blockCountPass2, 48, Kind::Quantity),
+        VF_FIELD(badBlockValue, 56, Kind::Quantity),
+        VF_FIELD(badBlockValuePass2, 64, Kind::Quantity),
+        VF_FIELD(crossLinkedBlocks, 72, Kind::Quantity),
+        VF_FIELD(incorrectMagic, 80, Kind::Quantity),
+        VF_FIELD(incorrectRecordCount, 88, Kind::Quantity),
+        VF_FIELD(incorrectChecksum, 96, Kind::Quantity),
+        VF_FIELD(readErrors, 104, Kind::Quantity),
+        VF_FIELD(miscellaneousErrors, 112, Kind::Quantity),
+        VF_FIELD(invalidBlocks, 120, Kind::Quantity),
+        VF_FIELD(reserved128, 128, Kind::Reserved),
+        VF_FIELD(invalidNextLeaf, 136, Kind::Quantity),
+        VF_FIELD(levelCurrent, 144, Kind::Quantity),
+        VF_FIELD(levelMaximum, 148, Kind::Quantity),
+        VF_FIELD(levelLimit, 152, Kind::Quantity),
+        VF_FIELD(levels, 156, Kind::Levels, &Layout<LevelInformation_s>::TABLE),
+        VF_FIELD(branches, 408, Kind::Nested, &Layout<LevelInformation_s>::TABLE),
+        VF_FIELD(leaves, 420, Kind::Nested, &Layout<LevelInformation_s>::TABLE),
+    };
+    static constexpr FieldTable TABLE{"CommonBlockStats_s", sizeof(Record), FIELDS, std::size(FIELDS)};
+};
+
+template <> struct Layout<VDBStats_s> {
+    using Record = VDBStats_s;
+    static constexpr Field FIELDS[] = {
+        VF_FIELD(blocks, 0, Kind::Nested, &Layout<CommonBlockStats_s>::TABLE),
+        VF_FIELD(reserved432, 432, Kind::Reserved),
+        VF_FIELD(blockQuota, 448, Kind::Quantity),
+        VF_FIELD(blocksInUse, 456, Kind::Quantity),
+        VF_FIELD(numberOfFiles, 464, Kind::Quantity),
+        VF_FIELD(numberOfObjects, 472, Kind::Quantity),
+        VF_FIELD(nextAvailableId, 480, Kind::Id),
+        VF_FIELD(purgeableBlocks, 488, Kind::Quantity),
+        VF_FIELD(reserved496, 496, Kind::Reserved),
+        VF_FIELD(encryptionAlgorithm, 504, Kind::Encryption),
+    };
+    static constexpr FieldTable TABLE{"VDBStats_s", sizeof(Record), FIELDS, std::size(FIELDS)};
+};
+
+template <> struct Layout<BTStats_s> {
+    using Record = BTStats_s;
+    static constexpr Field FIELDS[] = {
+        VF_FIELD(reserved0, 0, Kind::Reserved),
+        VF_FIELD(objectTree, 8, Kind::Nested, &Layout<CommonBlockStats_s>::TABLE),
+        VF_FIELD(specialTree, 440, Kind::Nested, &Layout<CommonBlockStats_s>::TABLE),
+        VF_FIELD(dataBlocks, 872, Kind::Nested, &Layout<CommonBlockStats_s>::TABLE),
+        VF_FIELD(reserved1304, 1304, Kind::Reserved),
+        VF_FIELD(salvageableObjects, 1312, Kind::Quantity),
+        VF_FIELD(salvageableBlocks, 1320, Kind::Quantity),
+        VF_FIELD(dataStreamObjects, 1328, Kind::Quantity),
+        VF_FIELD(systemObjects, 1336, Kind::Quantity),
+        VF_FIELD(fileObjects, 1344, Kind::Quantity),
+        VF_FIELD(directoryObjects, 1352, Kind::Quantity),
+        VF_FIELD(orphanedObjects, 1360, Kind::Quantity),
+        VF_FIELD(missingParentsInNT, 1368, Kind::Quantity),
+        VF_FIELD(reserved1376, 1376, Kind::Reserved),
+        VF_FIELD(lostDataBlocks, 1384, Kind::Quantity),
+        VF_FIELD(filesWithLostData, 1392, Kind::Quantity),
+        VF_FIELD(missingNameEntries, 1400, Kind::Quantity),
+        VF_FIELD(missingSalvageEntries, 1408, Kind::Quantity),
+        VF_FIELD(namedObjects, 1416, Kind::Quantity),
+        VF_FIELD(extraNameEntries, 1424, Kind::Quantity),
+        VF_FIELD(objectsRequiringNoNames, 1432, Kind::Quantity),
+        VF_FIELD(sysObjectsNameEntries, 1440, Kind::Quantity),
+        VF_FIELD(unreadableObjects, 1448, Kind::Quantity),
+        VF_FIELD(greatestObjectId, 1456, Kind::Id),
+        VF_FIELD(duplicateIdsA, 1464, Kind::Quantity),
+        VF_FIELD(duplicateIdsB, 1472, Kind::Quantity),
+        VF_FIELD(reserved1480, 1480, Kind::Reserved),
+        VF_FIELD(idRangeErrorsA, 1488, Kind::Quantity),
+        VF_FIELD(idRangeErrorsB, 1496, Kind::Quantity),
+        VF_FIELD(reserved1504, 1504, Kind::Reserved),
+        VF_FIELD(btiEntries, 1512, Kind::Quantity),
+        VF_FIELD(missingBtiEntries, 1520, Kind::Quantity),
+    };
+    static constexpr FieldTable TABLE{"BTStats_s", sizeof(Record), FIELDS, std::size(FIELDS)};
+};
+
+template <> struct Layout<NTStats_s> {
+    using Record = NTStats_s;
+    static constexpr Field FIELDS[] = {
+        VF_FIELD(reserved0, 0, Kind::Reserved),
+        VF_FIELD(nameTree, 8, Kind::Nested, &Layout<CommonBlockStats_s>::TABLE),
+        VF_FIELD(fileNames, 440, Kind::Quantity),
+        VF_FIELD(directoryNames, 448, Kind::Quantity),
+        VF_FIELD(overflowNodesA, 456, Kind::Quantity),
+        VF_FIELD(overflowNodesB, 464, Kind::Quantity),
+        VF_FIELD(objectsWithDuplicateNames, 472, Kind::Quantity),
+        VF_FIELD(totalDuplicateNames, 480, Kind::Quantity),
+        VF_FIELD(nameEntriesWithoutObjects, 488, Kind::Quantity),
+        VF_FIELD(reserved496, 496, Kind::Reserved),
+    };
+    static constexpr FieldTable TABLE{"NTStats_s", sizeof(Record), FIELDS, std::size(FIELDS)};
+};
+
+template <> struct Layout<UBTStats_s> {
+    using Record = UBTStats_s;
+    static constexpr Field FIELDS[] = {
+        VF_FIELD(blocks, 0, Kind::Nested, &Layout<CommonBlockStats_s>::TABLE),
+        VF_FIELD(reserved432, 432, Kind::Reserved),
+    };
+    static constexpr FieldTable TABLE{"UBTStats_s", sizeof(Record), FIELDS, std::size(FIELDS)};
+};
+
+template <> struct Layout<DBTStats_s> {
+    using Record = DBTStats_s;
+    static constexpr Field FIELDS[] = {
+        VF_FIELD(blocks, 0, Kind::Nested, &Layout<CommonBlockStats_s>::TABLE),
+    };
+    static constexpr FieldTable TABLE{"DBTStats_s", sizeof(Record), FIELDS, std::size(FIELDS)};
+};
+
+template <> struct Layout<MFLStats_s> {
+    using Record = MFLStats_s;
+    static constexpr Field FIELDS[] = {
+        VF_FIELD(blocks, 0, Kind::Nested, &Layout<CommonBlockStats_s>::TABLE),
+        VF_FIELD(reserved432, 432, Kind::Reserved),
+    };
+    static constexpr FieldTable TABLE{"MFLStats_s", sizeof(Record), FIELDS, std::size(FIELDS)};
+};
+
+template <> struct Layout<EFLStats_s> {
+    using Record = EFLStats_s;
+    static constexpr Field FIELDS[] = {
+        VF_FIELD(blocks, 0, Kind::Nested, &Layout<CommonBlockStats_s>::TABLE),
+        VF_FIELD(blocks2, 432, Kind::Nested, &Layout<CommonBlockStats_s>::TABLE),
+    };
+    static constexpr FieldTable TABLE{"EFLStats_s", sizeof(Record), FIELDS, std::size(FIELDS)};
+};
+
+template <> struct Layout<PLStats_s> {
+    using Record = PLStats_s;
+    static constexpr Field FIELDS[] = {
+        VF_FIELD(blocks, 0, Kind::Nested, &Layout<CommonBlockStats_s>::TABLE),
+    };
+    static constexpr FieldTable TABLE{"PLStats_s", sizeof(Record), FIELDS, std::size(FIELDS)};
+};
+
+template <> struct Layout<BTIStats_s> {
+    using Record = BTIStats_s;
+    static constexpr Field FIELDS[] = {
+        VF_FIELD(blocks, 0, Kind::Nested, &Layout<CommonBlockStats_s>::TABLE),
+        VF_FIELD(invalidBtiEntries, 432, Kind::Quantity),
+    };
+    static constexpr FieldTable TABLE{"BTIStats_s", sizeof(Record), FIELDS, std::size(FIELDS)};
+};
+
+template <> struct Layout<ZVP_Status_s> {
+    using Record = ZVP_Status_s;
+    static constexpr Field FIELDS[] = {
+        VF_FIELD(statusValid, 0, Kind::Quantity),
+        VF_FIELD(poolName, 8, Kind::Wide),
+        VF_FIELD(blockSize, 136, Kind::Quantity),
+        VF_FIELD(totalBlocks, 140, Kind::Quantity),
+        VF_FIELD(reserved148, 148, Kind::Reserved),
+        VF_FIELD(userKey, 310, Kind::Key),
+        VF_FIELD(unaccountedBlocks, 318, Kind::Quantity),
+        VF_FIELD(crossLinkedBlocks, 326, Kind::Quantity),
+        VF_FIELD(invalidBlocks, 334, Kind::Quantity),
+        VF_FIELD(verifyStartTime, 342, Kind::Time),
+        VF_FIELD(reserved346, 346, Kind::Reserved),
+        VF_FIELD(blocksVerified, 362, Kind::Quantity),
+        VF_FIELD(blocksReverified, 370, Kind::Quantity),
+        VF_FIELD(finalStatusValid, 378, Kind::Quantity),
+        VF_FIELD(completionCode, 386, Kind::Status),
+        VF_FIELD(sourceSetter, 390, Kind::Narrow),
+        VF_FIELD(sourceCaller, 422, Kind::Narrow),
+        VF_FIELD(abortedByUser, 454, Kind::Quantity),
+        VF_FIELD(verifyEndTime, 462, Kind::Time),
+        VF_FIELD(reserved466, 466, Kind::Reserved),
+    };
+    static constexpr FieldTable TABLE{"ZVP_Status_s", sizeof(Record), FIELDS, std::size(FIELDS)};
+    static constexpr uint64_t TAG = Tag("QMfSVerO");
+    static constexpr char SECTION[] = "status_summary";
+};
+
+template <> struct Layout<ZVP_LVStats_s> {
+    using Record = ZVP_LVStats_s;
+    static constexpr Field FIELDS[] = {
+        VF_FIELD(volumeName, 0, Kind::Wide),
+        VF_FIELD(errors, 512, Kind::ErrorWord),
+        VF_FIELD(warnings, 520, Kind::WarningWord),
+        VF_FIELD(deleted, 528, Kind::Quantity),
+        VF_FIELD(purging, 536, Kind::Quantity),
+        VF_FIELD(deletionTime, 544, Kind::Time),
+        VF_FIELD(volumeId, 548, Kind::Guid),
+        VF_FIELD(locator, 564, Kind::Id),
+        VF_FIELD(vdb, 572, Kind::Nested, &Layout<VDBStats_s>::TABLE),
+        VF_FIELD(bt, 1084, Kind::Nested, &Layout<BTStats_s>::TABLE),
+        VF_FIELD(nt, 2612, Kind::Nested, &Layout<NTStats_s>::TABLE),
+        VF_FIELD(ubt, 3116, Kind::Nested, &Layout<UBTStats_s>::TABLE),
+        VF_FIELD(dbt, 3564, Kind::Nested, &Layout<DBTStats_s>::TABLE),
+        VF_FIELD(mfl, 3996, Kind::Nested, &Layout<MFLStats_s>::TABLE),
+        VF_FIELD(efl, 4436, Kind::Nested, &Layout<EFLStats_s>::TABLE),
+        VF_FIELD(pl, 5300, Kind::Nested, &Layout<PLStats_s>::TABLE),
+        VF_FIELD(bti, 5732, Kind::Nested, &Layout<BTIStats_s>::TABLE),
+    };
+    static constexpr FieldTable TABLE{"ZVP_LVStats_s", sizeof(Record), FIELDS, std::size(FIELDS)};
+    static constexpr uint64_t TAG = Tag("QMfSVerV");
+    static constexpr char SECTION[] = "volume";
+};
+
+template <> struct Layout<ZVP_PoolStats_s> {
+    using Record = ZVP_PoolStats_s;
+    static constexpr Field FIELDS[] = {
+        VF_FIELD(reserved0, 0, Kind::Reserved),
+        VF_FIELD(poolName, 16, Kind::Wide),
+        VF_FIELD(errors, 1014, Kind::ErrorWord),
+        VF_FIELD(warnings, 1022, Kind::WarningWord),
+        VF_FIELD(totalBlocks, 1030, Kind::Quantity),
+        VF_FIELD(usedByPool, 1038, Kind::Quantity),
+        VF_FIELD(unaccountedBlocks, 1046, Kind::Quantity),
+        VF_FIELD(crossLinkedBlocks, 1054, Kind::Quantity),
+        VF_FIELD(salvageableObjects, 1062, Kind::Quantity),
+        VF_FIELD(salvageableBlocks, 1070, Kind::Quantity),
+        VF_FIELD(reserved1078, 1078, Kind::Reserved),
+        VF_FIELD(crossValidation, 1086, Kind::Quantity),
+        VF_FIELD(reserved1094, 1094, Kind::Reserved),
+        VF_FIELD(lvsNotVerified, 1126, Kind::Quantity),
+        VF_FIELD(highestLsn, 1134, Kind::Id),
+        VF_FIELD(lowestLsn, 1142, Kind::Id),
+        VF_FIELD(poolBlocks1, 1150, Kind::Nested, &Layout<CommonBlockStats_s>::TABLE),
+        VF_FIELD(poolBlocks2, 1582, Kind::Nested, &Layout<CommonBlockStats_s>::TABLE),
+        VF_FIELD(poolBlocks3, 2014, Kind::Nested, &Layout<CommonBlockStats_s>::TABLE),
+        VF_FIELD(poolBlocks4, 2446, Kind::Nested, &Layout<CommonBlockStats_s>::TABLE),
+        VF_FIELD(poolBlocks5, 2878, Kind::Nested, &Layout<CommonBlockStats_s>::TABLE),
+        VF_FIELD(systemTotalBlocks, 3310, Kind::Quantity),
+        VF_FIELD(systemBlocksInUse, 3318, Kind::Quantity),
+        VF_FIELD(purgeableBlocks, 3326, Kind::Quantity),
+        VF_FIELD(nonPurgeableBlocks, 3334, Kind::Quantity),
+        VF_FIELD(reserved3342, 3342, Kind::Reserved),
+        VF_FIELD(salvageTree, 3350, Kind::Nested, &Layout<CommonBlockStats_s>::TABLE),
+        VF_FIELD(salvageParentsWithoutIds, 3782, Kind::Quantity),
+        VF_FIELD(salvageParentsWithoutNames, 3790, Kind::Quantity),
+        VF_FIELD(salvageEntriesWithoutIds, 3798, Kind::Quantity),
+        VF_FIELD(salvageEntriesWithoutNames, 3806, Kind::Quantity),
+        VF_FIELD(poolBlocks6, 3814, Kind::Nested, &Layout<CommonBlockStats_s>::TABLE),
+        VF_FIELD(poolBlocks7, 4246, Kind::Nested, &Layout<CommonBlockStats_s>::TABLE),
+        VF_FIELD(freeBlocks, 4678, Kind::Nested, &Layout<CommonBlockStats_s>::TABLE),
+        VF_FIELD(vdb, 5110, Kind::Nested, &Layout<VDBStats_s>::TABLE),
+        VF_FIELD(bt, 5622, Kind::Nested, &Layout<BTStats_s>::TABLE),
+        VF_FIELD(nt, 7150, Kind::Nested, &Layout<NTStats_s>::TABLE),
+        VF_FIELD(ubt, 7654, Kind::Nested, &Layout<UBTStats_s>::TABLE),
+        VF_FIELD(dbt, 8102, Kind::Nested, &Layout<DBTStats_s>::TABLE),
+        VF_FIELD(mfl, 8534, Kind::Nested, &Layout<MFLStats_s>::TABLE),
+        VF_FIELD(efl, 8974, Kind::Nested, &Layout<EFLStats_s>::TABLE),
+        VF_FIELD(pl, 9838, Kind::Nested, &Layout<PLStats_s>::TABLE),
+        VF_FIELD(reserved10270, 10270, Kind::Reserved),
+        VF_FIELD(bti, 10702, Kind::Nested, &Layout<BTIStats_s>::TABLE),
+        VF_FIELD(reserved11142, 11142, Kind::Reserved),
+    };
+    static constexpr FieldTable TABLE{"ZVP_PoolStats_s", sizeof(Record), FIELDS, std::size(FIELDS)};
+    static constexpr uint64_t TAG = Tag("QMfSVerP");
+    static constexpr char SECTION[] = "pool";
+};
+
+template <> struct Layout<RAV_Action_s> {
+    using Record = RAV_Action_s;
+    // The report gives an action's start and end as counts of seconds, with no
+    // epoch stated (only their difference is shown as text): numbers, not times.
+    static constexpr Field FIELDS[] = {
+        VF_FIELD(key, 0, Kind::Key),
+        VF_FIELD(startSeconds, 8, Kind::Quantity),
+        VF_FIELD(endSeconds, 12, Kind::Quantity),
+        VF_FIELD(start, 16, Kind::Quantity),
+        VF_FIELD(end, 24, Kind::Quantity),
+        VF_FIELD(isPool, 32, Kind::Quantity),
+        VF_FIELD(object, 34, Kind::Wide),
+        VF_FIELD(subObject, 66, Kind::Narrow),
+        VF_FIELD(action, 98, Kind::Narrow),
+    };
+    static constexpr FieldTable TABLE{"RAV_Action_s", sizeof(Record), FIELDS, std::size(FIELDS)};
+    static constexpr uint64_t TAG = Tag("QMfSVeVE");
+    static constexpr char TITLE[] = "  Action list.";
+    static constexpr char SECTION[] = "actions";
+    static constexpr ColumnTable COLUMNS = Columns::ACTION;
+};
+
+template <> struct Layout<BlockConflicts_s> {
+    using Record = BlockConflicts_s;
+    static constexpr Field FIELDS[] = {
+        VF_FIELD(block, 0, Kind::Quantity),
+        VF_FIELD(object1, 8, Kind::Id),
+        VF_FIELD(volume1, 16, Kind::Id),
+        VF_FIELD(object2, 24, Kind::Id),
+        VF_FIELD(volume2, 32, Kind::Id),
+    };
+    static constexpr FieldTable TABLE{"BlockConflicts_s", sizeof(Record), FIELDS, std::size(FIELDS)};
+    static constexpr uint64_t TAG = Tag("QMfSVeVC");
+    static constexpr char TITLE[] = "  Cross-linked block information.";
+    static constexpr char SECTION[] = "conflicts";
+    static constexpr ColumnTable COLUMNS = Columns::CONFLICT;
+};
+
+template <> struct Layout<LVSkipped_s> {
+    using Record = LVSkipped_s;
+    static constexpr Field FIELDS[] = {
+        VF_FIELD(volumeName, 0, Kind::Wide),
+        VF_FIELD(status, 512, Kind::Status),
+        VF_FIELD(sourceSetter, 516, Kind::Narrow),
+    };
+    static constexpr FieldTable TABLE{"LVSkipped_s", sizeof(Record), FIELDS, std::size(FIELDS)};
+    static constexpr uint64_t TAG = Tag("QMfSVeVD");
+    static constexpr char TITLE[] = "  Skipped logical volume information.";
+    static constexpr char SECTION[] = "skipped_volumes";
+    static constexpr ColumnTable COLUMNS = Columns::SKIPPED_VOLUME;
+};
+
+template <> struct Layout<CBSV_NextLeafInvalidList_s> {
+    using Record = CBSV_NextLeafInvalidList_s;
+    static constexpr Field FIELDS[] = {
+        VF_FIELD(expectedBlock, 0, Kind::Quantity),
+        VF_FIELD(actualBlock, 8, Kind::Quantity),
+    };
+    static constexpr FieldTable TABLE{"CBSV_NextLeafInvalidList_s", sizeof(Record), FIELDS, std::size(FIELDS)};
+    static constexpr uint64_t TAG = Tag("QMfSVeVA");
+    static constexpr char TITLE[] = "Invalid next leaf list";
+    static constexpr char KIND[] = "next_leaf_invalid_list";
+    static constexpr ColumnTable COLUMNS = Columns::EXPECTED_ACTUAL_BLOCK;
+};
+
+template <> struct Layout<CBSV_InvalidBlockList_s> {
+    using Record = CBSV_InvalidBlockList_s;
+    static constexpr Field FIELDS[] = {
+        VF_FIELD(block, 0, Kind::Quantity),
+        VF_FIELD(status, 8, Kind::Status),
+        VF_FIELD(sourceSetter, 12, Kind::Narrow),
+    };
+    static constexpr FieldTable TABLE{"CBSV_InvalidBlockList_s", sizeof(Record), FIELDS, std::size(FIELDS)};
+    static constexpr uint64_t TAG = Tag("QMfSVeVB");
+    static constexpr char TITLE[] = "Invalid block list";
+    static constexpr char KIND[] = "invalid_block_list";
+    static constexpr ColumnTable COLUMNS = Columns::BLOCK_STATUS;
+};
+
+template <> struct Layout<BTDS_BranchOutOfRangeZids_s> {
+    using Record = BTDS_BranchOutOfRangeZids_s;
+    static constexpr Field FIELDS[] = {
+        VF_FIELD(zid, 0, Kind::Id),
+    };
+    static constexpr FieldTable TABLE{"BTDS_BranchOutOfRangeZids_s", sizeof(Record), FIELDS, std::size(FIELDS)};
+    static constexpr uint64_t TAG = Tag("QMfSVGVA");
+    static constexpr char TITLE[] = "Out of range IDs in Object Tree branches";
+    static constexpr char KIND[] = "branch_out_of_range_zids";
+    static constexpr ColumnTable COLUMNS = Columns::ZID;
+};
+
+template <> struct Layout<BTDS_UnreadableZid_s> {
+    using Record = BTDS_UnreadableZid_s;
+    static constexpr Field FIELDS[] = {
+        VF_FIELD(zid, 0, Kind::Id),
+        VF_FIELD(status, 8, Kind::Status),
+        VF_FIELD(sourceSetter, 12, Kind::Narrow),
+    };
+    static constexpr FieldTable TABLE{"BTDS_UnreadableZid_s", sizeof(Record), FIELDS, std::size(FIELDS)};
+    static constexpr uint64_t TAG = Tag("QMfSVGVB");
+    static constexpr char TITLE[] = "Unreadable Zid list";
+    static constexpr char KIND[] = "unreadable_zid";
+    static constexpr ColumnTable COLUMNS = Columns::ZID_STATUS;
+};
+
+template <> struct Layout<BTDS_BTZnotInNT_s> {
+    using Record = BTDS_BTZnotInNT_s;
+    static constexpr Field FIELDS[] = {
+        VF_FIELD(parentZid, 0, Kind::Id),
+        VF_FIELD(childZid, 8, Kind::Id),
+        VF_FIELD(status, 16, Kind::Status),
+        VF_FIELD(sourceSetter, 20, Kind::Narrow),
+    };
+    static constexpr FieldTable TABLE{"BTDS_BTZnotInNT_s", sizeof(Record), FIELDS, std::size(FIELDS)};
+    static constexpr uint64_t TAG = Tag("QMfSVGVC");
+    static constexpr char TITLE[] = "Zid not found in name tree";
+    static constexpr char KIND[] = "btz_not_in_nt";
+    static constexpr ColumnTable COLUMNS = Columns::PARENT_CHILD_STATUS;
+};
+
+template <> struct Layout<BTDS_BTZnotInPT_s> {
+    using Record = BTDS_BTZnotInPT_s;
+    static constexpr Field FIELDS[] = {
+        VF_FIELD(zid, 0, Kind::Id),
+        VF_FIELD(status, 8, Kind::Status),
+        VF_FIELD(sourceSetter, 12, Kind::Narrow),
+    };
+    static constexpr FieldTable TABLE{"BTDS_BTZnotInPT_s", sizeof(Record), FIELDS, std::size(FIELDS)};
+    static constexpr uint64_t TAG = Tag("QMfSVGVD");
+    static constexpr char TITLE[] = "Zid not found in purge tree";
+    static constexpr char KIND[] = "btz_not_in_pt";
+    static constexpr ColumnTable COLUMNS = Columns::ZID_STATUS;
+};
+
+template <> struct Layout<BTDS_DuplicateZidsB_s> {
+    using Record = BTDS_DuplicateZidsB_s;
+    static constexpr Field FIELDS[] = {
+        VF_FIELD(zid, 0, Kind::Id),
+        VF_FIELD(block, 8, Kind::Quantity),
+    };
+    static constexpr FieldTable TABLE{"BTDS_DuplicateZidsB_s", sizeof(Record), FIELDS, std::size(FIELDS)};
+    static constexpr uint64_t TAG = Tag("QMfSVGVE");
+    static constexpr char TITLE[] = "Duplicate zid in branch";
+    static constexpr char KIND[] = "duplicate_zids_b";
+    static constexpr ColumnTable COLUMNS = Columns::ZID_BLOCK;
+};
+
+template <> struct Layout<BTDS_DuplicateZidsL_s> {
+    using Record = BTDS_DuplicateZidsL_s;
+    static constexpr Field FIELDS[] = {
+        VF_FIELD(zid, 0, Kind::Id),
+        VF_FIELD(block, 8, Kind::Quantity),
+    };
+    static constexpr FieldTable TABLE{"BTDS_DuplicateZidsL_s", sizeof(Record), FIELDS, std::size(FIELDS)};
+    static constexpr uint64_t TAG = Tag("QMfSVGVF");
+    static constexpr char TITLE[] = "Duplicate Zid in leaf";
+    static constexpr char KIND[] = "duplicate_zids_l";
+    static constexpr ColumnTable COLUMNS = Columns::ZID_BLOCK;
+};
+
+template <> struct Layout<BTDS_OutOfRangeZids_s> {
+    using Record = BTDS_OutOfRangeZids_s;
+    static constexpr Field FIELDS[] = {
+        VF_FIELD(zid, 0, Kind::Id),
+    };
+    static constexpr FieldTable TABLE{"BTDS_OutOfRangeZids_s", sizeof(Record), FIELDS, std::size(FIELDS)};
+    static constexpr uint64_t TAG = Tag("QMfSVGVG");
+    static constexpr char TITLE[] = "Out of range IDs in Object Tree leaves";
+    static constexpr char KIND[] = "out_of_range_zids";
+    static constexpr ColumnTable COLUMNS = Columns::ZID;
+};
+
+template <> struct Layout<BTDS_BTBadNTFiles_s> {
+    using Record = BTDS_BTBadNTFiles_s;
+    static constexpr Field FIELDS[] = {
+        VF_FIELD(actualZid, 0, Kind::Id),
+        VF_FIELD(expectedZid, 8, Kind::Id),
+        VF_FIELD(parentZid, 16, Kind::Id),
+        VF_FIELD(fileName, 24, Kind::Wide),
+    };
+    static constexpr FieldTable TABLE{"BTDS_BTBadNTFiles_s", sizeof(Record), FIELDS, std::size(FIELDS)};
+    static constexpr uint64_t TAG = Tag("QMfSVGVH");
+    static constexpr char TITLE[] = "Missing name space and/or files with multiple IDs in Object Tree";
+    static constexpr char KIND[] = "bt_bad_nt_files";
+    static constexpr ColumnTable COLUMNS = Columns::ZID_ZID_ZID_FILE_NAME;
+};
+
+template <> struct Layout<BTDS_missingBeastParentEnts_s> {
+    using Record = BTDS_missingBeastParentEnts_s;
+    static constexpr Field FIELDS[] = {
+        VF_FIELD(parentZid, 0, Kind::Id),
+        VF_FIELD(childZid, 8, Kind::Id),
+        VF_FIELD(status, 16, Kind::Status),
+        VF_FIELD(sourceSetter, 20, Kind::Narrow),
+    };
+    static constexpr FieldTable TABLE{"BTDS_missingBeastParentEnts_s", sizeof(Record), FIELDS, std::size(FIELDS)};
+    static constexpr uint64_t TAG = Tag("QMfSVGVI");
+    static constexpr char TITLE[] = "Objects with missing parent";
+    static constexpr char KIND[] = "missing_beast_parent_ents";
+    static constexpr ColumnTable COLUMNS = Columns::PARENT_CHILD_STATUS;
+};
+
+template <> struct Layout<NTDS_NTZnotInBT_s> {
+    using Record = NTDS_NTZnotInBT_s;
+    static constexpr Field FIELDS[] = {
+        VF_FIELD(zid, 0, Kind::Id),
+        VF_FIELD(parentZid, 8, Kind::Id),
+        VF_FIELD(nameType, 16, Kind::NameType),
+        VF_FIELD(nameSpaceMask, 18, Kind::Quantity),
+        VF_FIELD(fileName, 22, Kind::Wide),
+        VF_FIELD(status, 534, Kind::Status),
+        VF_FIELD(sourceSetter, 538, Kind::Narrow),
+    };
+    static constexpr FieldTable TABLE{"NTDS_NTZnotInBT_s", sizeof(Record), FIELDS, std::size(FIELDS)};
+    static constexpr uint64_t TAG = Tag("QMfSVGVJ");
+    static constexpr char TITLE[] = "Name Tree entries with no named object in Object Tree";
+    static constexpr char KIND[] = "ntz_not_in_bt";
+    static constexpr ColumnTable COLUMNS = Columns::NAME_TREE_ENTRY;
+};
+
+template <> struct Layout<STDS_STZnotInBT_s> {
+    using Record = STDS_STZnotInBT_s;
+    static constexpr Field FIELDS[] = {
+        VF_FIELD(zid, 0, Kind::Id),
+        VF_FIELD(status, 8, Kind::Status),
+        VF_FIELD(sourceSetter, 12, Kind::Narrow),
+    };
+    static constexpr FieldTable TABLE{"STDS_STZnotInBT_s", sizeof(Record), FIELDS, std::size(FIELDS)};
+    static constexpr uint64_t TAG = Tag("QMfSVGVK");
+    static constexpr char TITLE[] = "Salvage Tree entries with no object";
+    static constexpr char KIND[] = "stz_not_in_bt";
+    static constexpr ColumnTable COLUMNS = Columns::ZID_STATUS;
+};
+
+template <> struct Layout<STDS_STZnotInNT_s> {
+    using Record = STDS_STZnotInNT_s;
+    static constexpr Field FIELDS[] = {
+        VF_FIELD(zid, 0, Kind::Id),
+        VF_FIELD(status, 8, Kind::Status),
+        VF_FIELD(sourceSetter, 12, Kind::Narrow),
+    };
+    static constexpr FieldTable TABLE{"STDS_STZnotInNT_s", sizeof(Record), FIELDS, std::size(FIELDS)};
+    static constexpr uint64_t TAG = Tag("QMfSVGVL");
+    static constexpr char TITLE[] = "Salvage Tree entries with no name";
+    static constexpr char KIND[] = "stz_not_in_nt";
+    static constexpr ColumnTable COLUMNS = Columns::ZID_STATUS;
+};
+
+template <> struct Layout<STDS_STPZnotInBT_s> {
+    using Record = STDS_STPZnotInBT_s;
+    static constexpr Field FIELDS[] = {
+        VF_FIELD(zid, 0, Kind::Id),
+        VF_FIELD(status, 8, Kind::Status),
+        VF_FIELD(sourceSetter, 12, Kind::Narrow),
+    };
+    static constexpr FieldTable TABLE{"STDS_STPZnotInBT_s", sizeof(Record), FIELDS, std::size(FIELDS)};
+    static constexpr uint64_t TAG = Tag("QMfSVGVM");
+    static constexpr char TITLE[] = "Salvage Tree entries with no parent object";
+    static constexpr char KIND[] = "stpz_not_in_bt";
+    static constexpr ColumnTable COLUMNS = Columns::ZID_STATUS;
+};
+
+template <> struct Layout<STDS_STPZnotInNT_s> {
+    using Record = STDS_STPZnotInNT_s;
+    static constexpr Field FIELDS[] = {
+        VF_FIELD(zid, 0, Kind::Id),
+        VF_FIELD(status, 8, Kind::Status),
+        VF_FIELD(sourceSetter, 12, Kind::Narrow),
+    };
+    static constexpr FieldTable TABLE{"STDS_STPZnotInNT_s", sizeof(Record), FIELDS, std::size(FIELDS)};
+    static constexpr uint64_t TAG = Tag("QMfSVGVN");
+    static constexpr char TITLE[] = "Salvage Tree entries with no parent name";
+    static constexpr char KIND[] = "stpz_not_in_nt";
+    static constexpr ColumnTable COLUMNS = Columns::ZID_STATUS;
+};
+
+template <> struct Layout<STDS_unaccBlks_s> {
+    using Record = STDS_unaccBlks_s;
+    static constexpr Field FIELDS[] = {
+        VF_FIELD(startBlock, 0, Kind::Quantity),
+        VF_FIELD(endBlock, 8, Kind::Quantity),
+    };
+    static constexpr FieldTable TABLE{"STDS_unaccBlks_s", sizeof(Record), FIELDS, std::size(FIELDS)};
+    static constexpr uint64_t TAG = Tag("QMfSVGVO");
+    static constexpr char TITLE[] = "Unaccounted blocks regions";
+    static constexpr char KIND[] = "unacc_blks";
+    static constexpr ColumnTable COLUMNS = Columns::START_END_BLOCK;
+};
+
+#undef VF_FIELD
+
+// Each table covers every byte of its record, each field where the byte
+// tables put it.
+static_assert(RecordTables::Covers(Layout<LevelInformation_s>::TABLE), "LevelInformation_s: its table and its layout");
+static_assert(RecordTables::Covers(Layout<CommonBlockStats_s>::TABLE), "CommonBlockStats_s: its table and its layout");
+static_assert(RecordTables::Covers(Layout<VDBStats_s>::TABLE), "VDBStats_s: its table and its layout");
+static_assert(RecordTables::Covers(Layout<BTStats_s>::TABLE), "BTStats_s: its table and its layout");
+static_assert(RecordTables::Covers(Layout<NTStats_s>::TABLE), "NTStats_s: its table and its layout");
+static_assert(RecordTables::Covers(Layout<UBTStats_s>::TABLE), "UBTStats_s: its table and its layout");
+static_assert(RecordTables::Covers(Layout<DBTStats_s>::TABLE), "DBTStats_s: its table and its layout");
+static_assert(RecordTables::Covers(Layout<MFLStats_s>::TABLE), "MFLStats_s: its table and its layout");
+static_assert(RecordTables::Covers(Layout<EFLStats_s>::TABLE), "EFLStats_s: its table and its layout");
+static_assert(RecordTables::Covers(Layout<PLStats_s>::TABLE), "PLStats_s: its table and its layout");
+static_assert(RecordTables::Covers(Layout<BTIStats_s>::TABLE), "BTIStats_s: its table and its layout");
+static_assert(RecordTables::Covers(Layout<ZVP_Status_s>::TABLE), "ZVP_Status_s: its table and its layout");
+static_assert(RecordTables::Covers(Layout<ZVP_LVStats_s>::TABLE), "ZVP_LVStats_s: its table and its layout");
+static_assert(RecordTables::Covers(Layout<ZVP_PoolStats_s>::TABLE), "ZVP_PoolStats_s: its table and its layout");
+static_assert(RecordTables::Covers(Layout<RAV_Action_s>::TABLE), "RAV_Action_s: its table and its layout");
+static_assert(RecordTables::Covers(Layout<BlockConflicts_s>::TABLE), "BlockConflicts_s: its table and its layout");
+static_assert(RecordTables::Covers(Layout<LVSkipped_s>::TABLE), "LVSkipped_s: its table and its layout");
+static_assert(RecordTables::Covers(Layout<CBSV_NextLeafInvalidList_s>::TABLE), "CBSV_NextLeafInvalidList_s: its table and its layout");
+static_assert(RecordTables::Covers(Layout<CBSV_InvalidBlockList_s>::TABLE), "CBSV_InvalidBlockList_s: its table and its layout");
+static_assert(RecordTables::Covers(Layout<BTDS_BranchOutOfRangeZids_s>::TABLE), "BTDS_BranchOutOfRangeZids_s: its table and its layout");
+static_assert(RecordTables::Covers(Layout<BTDS_UnreadableZid_s>::TABLE), "BTDS_UnreadableZid_s: its table and its layout");
+static_assert(RecordTables::Covers(Layout<BTDS_BTZnotInNT_s>::TABLE), "BTDS_BTZnotInNT_s: its table and its layout");
+static_assert(RecordTables::Covers(Layout<BTDS_BTZnotInPT_s>::TABLE), "BTDS_BTZnotInPT_s: its table and its layout");
+static_assert(RecordTables::Covers(Layout<BTDS_DuplicateZidsB_s>::TABLE), "BTDS_DuplicateZidsB_s: its table and its layout");
+static_assert(RecordTables::Covers(Layout<BTDS_DuplicateZidsL_s>::TABLE), "BTDS_DuplicateZidsL_s: its table and its layout");
+static_assert(RecordTables::Covers(Layout<BTDS_OutOfRangeZids_s>::TABLE), "BTDS_OutOfRangeZids_s: its table and its layout");
+static_assert(RecordTables::Covers(Layout<BTDS_BTBadNTFiles_s>::TABLE), "BTDS_BTBadNTFiles_s: its table and its layout");
+static_assert(RecordTables::Covers(Layout<BTDS_missingBeastParentEnts_s>::TABLE), "BTDS_missingBeastParentEnts_s: its table and its layout");
+static_assert(RecordTables::Covers(Layout<NTDS_NTZnotInBT_s>::TABLE), "NTDS_NTZnotInBT_s: its table and its layout");
+static_assert(RecordTables::Covers(Layout<STDS_STZnotInBT_s>::TABLE), "STDS_STZnotInBT_s: its table and its layout");
+static_assert(RecordTables::Covers(Layout<STDS_STZnotInNT_s>::TABLE), "STDS_STZnotInNT_s: its table and its layout");
+static_assert(RecordTables::Covers(Layout<STDS_STPZnotInBT_s>::TABLE), "STDS_STPZnotInBT_s: its table and its layout");
+static_assert(RecordTables::Covers(Layout<STDS_STPZnotInNT_s>::TABLE), "STDS_STPZnotInNT_s: its table and its layout");
+static_assert(RecordTables::Covers(Layout<STDS_unaccBlks_s>::TABLE), "STDS_unaccBlks_s: its table and its layout");
+
+// The seventeen variable-data lists, in the order of their section tags.
+template <typename... Records> struct RecordList {};
+using VariableLists =
+    RecordList<CBSV_NextLeafInvalidList_s, CBSV_InvalidBlockList_s, BTDS_BranchOutOfRangeZids_s,
+               BTDS_UnreadableZid_s, BTDS_BTZnotInNT_s, BTDS_BTZnotInPT_s, BTDS_DuplicateZidsB_s,
+               BTDS_DuplicateZidsL_s, BTDS_OutOfRangeZids_s, BTDS_BTBadNTFiles_s,
+               BTDS_missingBeastParentEnts_s, NTDS_NTZnotInBT_s, STDS_STZnotInBT_s,
+               STDS_STZnotInNT_s, STDS_STPZnotInBT_s, STDS_STPZnotInNT_s, STDS_unaccBlks_s>;
+
+// What the reader and the printers know of a variable-data list at run time:
+// its row of the registry, and its place in VariableLists.
+struct ListType {
+    const char* record;
+    uint64_t tag;
+    const char* title;
+    const char* kind;
+    uint32_t size;
+    const FieldTable& fields;
+    const ColumnTable& columns;
+    std::size_t index;
+};
+
+template <typename R> constexpr ListType ListTypeOf(std::size_t index) {
+    return ListType{Layout<R>::TABLE.record, Layout<R>::TAG,   Layout<R>::TITLE,
+                    Layout<R>::KIND,         sizeof(R),        Layout<R>::TABLE,
+                    Layout<R>::COLUMNS,      index};
+}
+
+template <typename... Records, std::size_t... I>
+constexpr std::array<ListType, sizeof...(Records)> ListTypes(RecordList<Records...>,
+                                                             std::index_sequence<I...>) {
+    return {{ListTypeOf<Records>(I)...}};
+}
+
+template <typename... Records>
+constexpr std::size_t ListCount(RecordList<Records...>) {
+    return sizeof...(Records);
+}
+
+constexpr std::size_t VARIABLE_LIST_COUNT = ListCount(VariableLists{});
+inline constexpr std::array<ListType, VARIABLE_LIST_COUNT> VARIABLE_LISTS =
+    ListTypes(VariableLists{}, std::make_index_sequence<VARIABLE_LIST_COUNT>{});
+
+// The largest record of a variable-data list: room for any row.
+constexpr std::size_t LargestListRecord() {
+    std::size_t largest = 0;
+    for (const ListType& type : VARIABLE_LISTS)
+        largest = type.size > largest ? type.size : largest;
+    return largest;
+}
+
+} // namespace VerifyFormat
 
 // Derived results of the overall status (used by the reader's early stop).
 bool FinalResults(ZVP_Status_s const& status);

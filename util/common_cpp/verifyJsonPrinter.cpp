@@ -3,16 +3,15 @@
 #include "util/common_cpp/verifyJsonPrinter.h"
 
 #include "util/common_cpp/verifyFile.h"
-#include "util/common_cpp/verifyFileOutput.h"
+#include "util/common_cpp/verifyNames.h"
 #include "util/support/memoryReserve.h"
-#include "util/support/qvsError.h"
 #include "util/support/qvsLib.h"
 
+#include <array>
 #include <cctype>
-#include <charconv>
 #include <cstring>
-#include <ctime>
-#include <type_traits>
+#include <map>
+#include <vector>
 
 namespace VerifyJson {
 
@@ -70,54 +69,35 @@ std::string WideName(unsigned char const* field, std::size_t units) {
 }
 
 
-char const* ListKind(CBSV_NextLeafInvalidList_s const*) { return "next_leaf_invalid_list"; }
-char const* ListKind(CBSV_InvalidBlockList_s const*) { return "invalid_block_list"; }
-char const* ListKind(BTDS_BranchOutOfRangeZids_s const*) { return "branch_out_of_range_zids"; }
-char const* ListKind(BTDS_UnreadableZid_s const*) { return "unreadable_zid"; }
-char const* ListKind(BTDS_BTZnotInNT_s const*) { return "btz_not_in_nt"; }
-char const* ListKind(BTDS_BTZnotInPT_s const*) { return "btz_not_in_pt"; }
-char const* ListKind(BTDS_DuplicateZidsB_s const*) { return "duplicate_zids_b"; }
-char const* ListKind(BTDS_DuplicateZidsL_s const*) { return "duplicate_zids_l"; }
-char const* ListKind(BTDS_OutOfRangeZids_s const*) { return "out_of_range_zids"; }
-char const* ListKind(BTDS_BTBadNTFiles_s const*) { return "bt_bad_nt_files"; }
-char const* ListKind(BTDS_missingBeastParentEnts_s const*) { return "missing_beast_parent_ents"; }
-char const* ListKind(NTDS_NTZnotInBT_s const*) { return "ntz_not_in_bt"; }
-char const* ListKind(STDS_STZnotInBT_s const*) { return "stz_not_in_bt"; }
-char const* ListKind(STDS_STZnotInNT_s const*) { return "stz_not_in_nt"; }
-char const* ListKind(STDS_STPZnotInBT_s const*) { return "stpz_not_in_bt"; }
-char const* ListKind(STDS_STPZnotInNT_s const*) { return "stpz_not_in_nt"; }
-char const* ListKind(STDS_unaccBlks_s const*) { return "unacc_blks"; }
-
 } // namespace VerifyJson
 
 namespace {
 
 using QVS::JsonWriter;
-using namespace FieldKinds;
+using namespace VerifyFormat;
+using FieldKeys = JsonFields::MemberKeys;
 using JsonFields::writeField;
 
-using FieldKeys = JsonFields::MemberKeys;
+const unsigned char* bytes(void const* record) { return static_cast<const unsigned char*>(record); }
 
-// The writers of the kinds only verify records have.
-#define VF_JSON_DECLARE(Record) void writeFields(JsonWriter& json, Record const& r);
-VF_JSON_DECLARE(LevelInformation_s)
-VF_JSON_DECLARE(CommonBlockStats_s)
-VF_JSON_DECLARE(VDBStats_s)
-VF_JSON_DECLARE(BTStats_s)
-VF_JSON_DECLARE(NTStats_s)
-VF_JSON_DECLARE(UBTStats_s)
-VF_JSON_DECLARE(DBTStats_s)
-VF_JSON_DECLARE(MFLStats_s)
-VF_JSON_DECLARE(EFLStats_s)
-VF_JSON_DECLARE(PLStats_s)
-VF_JSON_DECLARE(BTIStats_s)
-VF_JSON_DECLARE(ZVP_Status_s)
-VF_JSON_DECLARE(ZVP_LVStats_s)
-VF_JSON_DECLARE(ZVP_PoolStats_s)
-#undef VF_JSON_DECLARE
+// The member names of every field of a table, made once.
+std::vector<FieldKeys> keysOf(FieldTable const& table) {
+    std::vector<FieldKeys> keys;
+    keys.reserve(table.count);
+    for (std::size_t i = 0; i < table.count; ++i)
+        keys.emplace_back(VerifyJson::SnakeCase(table.fields[i].name));
+    return keys;
+}
 
-template <typename Names>
-void writeWord(JsonWriter& json, FieldKeys const& k, uint64_t word, Names names) {
+// A number of 1 to 8 bytes of a record, copied, never read in place.
+uint64_t loadUnsigned(const unsigned char* at, uint32_t size) {
+    uint64_t value = 0;
+    std::memcpy(&value, at, size);
+    return value;
+}
+
+template <typename Out>
+void writeWord(Out& json, FieldKeys const& k, uint64_t word, char const* (*names)(unsigned)) {
     JsonFields::Quantity(json, k.key, k.twin, word);
     json.QuotedKey(k.names);
     json.BeginArray(true);
@@ -128,101 +108,166 @@ void writeWord(JsonWriter& json, FieldKeys const& k, uint64_t word, Names names)
     json.EndArray();
 }
 
-template <typename Out> void writeField(Out& json, FieldKeys const& k, uint64_t value, ErrorWord) {
-    writeWord(json, k, value, ErrorTypeText);
-}
-
-template <typename Out> void writeField(Out& json, FieldKeys const& k, uint64_t value, WarningWord) {
-    writeWord(json, k, value, WarningTypeText);
-}
-
-template <typename Out> void writeField(Out& json, FieldKeys const& k, uint64_t value, Encryption) {
+void writeEncryption(JsonWriter& json, FieldKeys const& k, uint64_t value) {
     JsonFields::Quantity(json, k.key, k.twin, value);
     json.QuotedKey(k.name);
-    if (value == VerifyFormat::ENCRYPTION_AES128)
+    if (value == ENCRYPTION_AES128)
         json.String("AES128");
-    else if (value == VerifyFormat::ENCRYPTION_AES256)
+    else if (value == ENCRYPTION_AES256)
         json.String("AES256");
     else
         json.Null();
 }
 
-template <typename Out, typename T> QVS_INLINE void writeField(Out& json, FieldKeys const& k, T const& value, Nested) {
-    json.QuotedKey(k.key);
-    json.BeginObject();
-    writeFields(json, value);
-    json.EndObject();
-}
+void writeFields(JsonWriter& json, FieldTable const& table, const unsigned char* record);
 
-template <typename Out> void writeField(Out& json, FieldKeys const& k, LevelInformation_s const* levels, Levels) {
-    json.QuotedKey(k.key);
-    json.BeginArray();
-    for (unsigned level = 0; level < VerifyFormat::HISTOGRAM_LEVELS; ++level) {
-        json.BeginObject(true);
-        writeFields(json, levels[level]);
+// One field of a fixed record, by its kind. The fixed records are a few a
+// report: their fields are written by the table as it is read.
+void writeField(JsonWriter& json, FieldKeys const& k, Field const& f, const unsigned char* at) {
+    switch (f.kind) {
+    case Kind::Quantity:
+        writeField(json, k, loadUnsigned(at, f.size), FieldKinds::Quantity{});
+        break;
+    case Kind::Signed:
+    case Kind::Status: {
+        int32_t value;
+        static_assert(sizeof value == 4, "the signed fields are 32-bit statuses");
+        std::memcpy(&value, at, sizeof value);
+        if (f.kind == Kind::Status)
+            writeField(json, k, value, FieldKinds::Status{});
+        else
+            writeField(json, k, value, FieldKinds::Signed{});
+        break;
+    }
+    case Kind::Id:
+        writeField(json, k, loadUnsigned(at, f.size), FieldKinds::Id{});
+        break;
+    case Kind::Key:
+        writeField(json, k, loadUnsigned(at, f.size), FieldKinds::Key{});
+        break;
+    case Kind::Time:
+        writeField(json, k, loadUnsigned(at, f.size), FieldKinds::Time{});
+        break;
+    case Kind::Guid: {
+        GUID_t guid;
+        static_assert(sizeof guid == 16, "a GUID is 16 bytes");
+        std::memcpy(&guid, at, sizeof guid);
+        writeField(json, k, guid, FieldKinds::Guid{});
+        break;
+    }
+    case Kind::NameType:
+        writeField(json, k, loadUnsigned(at, f.size), FieldKinds::NameType{});
+        break;
+    case Kind::ErrorWord:
+        writeWord(json, k, loadUnsigned(at, f.size), VerifyNames::ErrorTypeText);
+        break;
+    case Kind::WarningWord:
+        writeWord(json, k, loadUnsigned(at, f.size), VerifyNames::WarningTypeText);
+        break;
+    case Kind::Encryption:
+        writeEncryption(json, k, loadUnsigned(at, f.size));
+        break;
+    case Kind::Nested:
+        json.QuotedKey(k.key);
+        json.BeginObject();
+        writeFields(json, *f.nested, at);
         json.EndObject();
+        break;
+    case Kind::Levels:
+        json.QuotedKey(k.key);
+        json.BeginArray();
+        for (uint32_t level = 0; level < f.size / f.nested->size; ++level) {
+            json.BeginObject(true);
+            writeFields(json, *f.nested, at + level * f.nested->size);
+            json.EndObject();
+        }
+        json.EndArray();
+        break;
+    case Kind::Wide:
+        json.QuotedKey(k.key);
+        json.String(VerifyJson::WideName(at, f.size / 2));
+        break;
+    case Kind::Narrow: {
+        const char* text = reinterpret_cast<const char*>(at);
+        json.QuotedKey(k.key);
+        json.String(std::string_view(text, strnlen(text, f.size)));
+        break;
     }
-    json.EndArray();
+    case Kind::Reserved:
+        break;
+    }
 }
 
-template <typename Out, unsigned Units>
-QVS_INLINE void writeField(Out& json, FieldKeys const& k, unsigned char const* field, Wide<Units>) {
-    json.QuotedKey(k.key);
-    json.String(VerifyJson::WideName(field, Units));
+void writeFields(JsonWriter& json, FieldTable const& table, const unsigned char* record) {
+    // Each table's names are made the first time it is written.
+    static std::map<FieldTable const*, std::vector<FieldKeys>> names;
+    auto known = names.find(&table);
+    if (known == names.end())
+        known = names.emplace(&table, keysOf(table)).first;
+    for (std::size_t i = 0; i < table.count; ++i)
+        writeField(json, known->second[i], table.fields[i], record + table.fields[i].offset);
 }
 
-template <typename Out, unsigned Size>
-QVS_INLINE void writeField(Out& json, FieldKeys const& k, char const* field, Narrow<Size>) {
-    json.QuotedKey(k.key);
-    json.String(std::string_view(field, strnlen(field, Size)));
+// One field of a list row of R, by its kind, chosen as the program is built:
+// a list may hold millions of rows.
+template <typename R, std::size_t I>
+QVS_INLINE void writeRowField(JsonWriter::Row& json, FieldKeys const& k, const unsigned char* row) {
+    constexpr Field f = Layout<R>::TABLE.fields[I];
+    const unsigned char* at = row + f.offset;
+    if constexpr (f.kind == Kind::Quantity) {
+        writeField(json, k, RecordTables::LoadUnsigned<f.size>(at), FieldKinds::Quantity{});
+    } else if constexpr (f.kind == Kind::Id) {
+        writeField(json, k, RecordTables::LoadUnsigned<f.size>(at), FieldKinds::Id{});
+    } else if constexpr (f.kind == Kind::Key) {
+        writeField(json, k, RecordTables::LoadUnsigned<f.size>(at), FieldKinds::Key{});
+    } else if constexpr (f.kind == Kind::Status) {
+        writeField(json, k, static_cast<int32_t>(RecordTables::LoadSigned<f.size>(at)),
+                   FieldKinds::Status{});
+    } else if constexpr (f.kind == Kind::NameType) {
+        writeField(json, k, RecordTables::LoadUnsigned<f.size>(at), FieldKinds::NameType{});
+    } else if constexpr (f.kind == Kind::Wide) {
+        json.QuotedKey(k.key);
+        json.String(VerifyJson::WideName(at, f.size / 2));
+    } else if constexpr (f.kind == Kind::Narrow) {
+        const char* text = reinterpret_cast<const char*>(at);
+        json.QuotedKey(k.key);
+        json.String(std::string_view(text, strnlen(text, f.size)));
+    } else {
+        static_assert(f.kind == Kind::Reserved, "a kind that list rows have");
+    }
 }
 
-template <typename Out, typename T> void writeField(Out&, FieldKeys const&, T, Reserved) {}
+template <typename R, std::size_t... I>
+QVS_INLINE void writeRowFields(JsonWriter::Row& json, std::vector<FieldKeys> const& keys,
+                               const unsigned char* row, std::index_sequence<I...>) {
+    (writeRowField<R, I>(json, keys[I], row), ...);
+}
 
-// Each field of a record by its table; each member name is made once.
-#define VF_JSON_FIELD(field, kind)                                                              \
-    {                                                                                           \
-        static const FieldKeys keys(VerifyJson::SnakeCase(#field));                                                   \
-        writeField(json, keys, r.field, kind{});                                                \
-    }
-#define VF_JSON_DEFINE(Record)                                                                  \
-    void writeFields(JsonWriter& json, Record const& r) { VF_FIELDS_##Record(VF_JSON_FIELD) }
-VF_JSON_DEFINE(LevelInformation_s)
-VF_JSON_DEFINE(CommonBlockStats_s)
-VF_JSON_DEFINE(VDBStats_s)
-VF_JSON_DEFINE(BTStats_s)
-VF_JSON_DEFINE(NTStats_s)
-VF_JSON_DEFINE(UBTStats_s)
-VF_JSON_DEFINE(DBTStats_s)
-VF_JSON_DEFINE(MFLStats_s)
-VF_JSON_DEFINE(EFLStats_s)
-VF_JSON_DEFINE(PLStats_s)
-VF_JSON_DEFINE(BTIStats_s)
-VF_JSON_DEFINE(ZVP_Status_s)
-VF_JSON_DEFINE(ZVP_LVStats_s)
-VF_JSON_DEFINE(ZVP_PoolStats_s)
-#undef VF_JSON_DEFINE
+// A row of a list: one line, written in place.
+template <typename R> void writeRow(JsonWriter& writer, const unsigned char* row) {
+    static const std::vector<FieldKeys> keys = keysOf(Layout<R>::TABLE);
+    JsonWriter::Row json(writer);
+    writeRowFields<R>(json, keys, row, std::make_index_sequence<Layout<R>::TABLE.count>{});
+    json.End();
+}
 
-// A row of a list: one line, written in place (a list may hold millions).
-#define VF_JSON_ROW(Record)                                                                     \
-    void writeRow(JsonWriter& writer, Record const& r) {                                        \
-        JsonWriter::Row json(writer);                                                           \
-        VF_FIELDS_##Record(VF_JSON_FIELD) json.End();                                           \
-    }
-VF_JSON_ROW(RAV_Action_s)
-VF_JSON_ROW(BlockConflicts_s)
-VF_JSON_ROW(LVSkipped_s)
-VF_VARIABLE_RECORDS(VF_JSON_ROW)
-#undef VF_JSON_ROW
-#undef VF_JSON_FIELD
+using RowWriter = void (*)(JsonWriter&, const unsigned char*);
 
-template <typename List> void writeList(JsonWriter& json, List const& list) {
+template <typename... Records>
+constexpr std::array<RowWriter, sizeof...(Records)> rowWriters(RecordList<Records...>) {
+    return {{&writeRow<Records>...}};
+}
+
+// The row writer of each variable-data list, in the registry's order.
+constexpr auto ROWS = rowWriters(VariableLists{});
+
+template <typename Record> void writeList(JsonWriter& json, VerifyRecordList<Record> const& list) {
     json.Quantity("count", list.count);
     json.Key("rows");
     json.BeginArray();
     for (auto const& record : list.records) {
         QVS::MemoryReserve::Check();
-        writeRow(json, record);
+        writeRow<Record>(json, bytes(&record));
     }
     json.EndArray();
 }
@@ -242,8 +287,8 @@ void VerifyJsonPrinter::BeginSection(char const* kind) {
 }
 
 void VerifyJsonPrinter::Status(ZVP_Status_s const& status) {
-    BeginSection("status_summary");
-    writeFields(json, status);
+    BeginSection(Layout<ZVP_Status_s>::SECTION);
+    writeFields(json, Layout<ZVP_Status_s>::TABLE, bytes(&status));
     // The verdict the report draws from them.
     const int results = VerifyResults(status);
     json.Key("verdict");
@@ -257,8 +302,8 @@ void VerifyJsonPrinter::Status(ZVP_Status_s const& status) {
 }
 
 void VerifyJsonPrinter::Pool(ZVP_PoolStats_s const& pool) {
-    BeginSection("pool");
-    writeFields(json, pool);
+    BeginSection(Layout<ZVP_PoolStats_s>::SECTION);
+    writeFields(json, Layout<ZVP_PoolStats_s>::TABLE, bytes(&pool));
     json.EndObject();
     if (pool.errors != 0)
         errorsFound = true;
@@ -266,57 +311,51 @@ void VerifyJsonPrinter::Pool(ZVP_PoolStats_s const& pool) {
 
 void VerifyJsonPrinter::Volume(ZVP_LVStats_s const& volume) {
     ++volumes;
-    BeginSection("volume");
-    writeFields(json, volume);
+    BeginSection(Layout<ZVP_LVStats_s>::SECTION);
+    writeFields(json, Layout<ZVP_LVStats_s>::TABLE, bytes(&volume));
     json.EndObject();
     if (volume.errors != 0)
         errorsFound = true;
 }
 
 void VerifyJsonPrinter::Actions(ActionStats const& list) {
-    BeginSection("actions");
+    BeginSection(Layout<RAV_Action_s>::SECTION);
     actionRows += list.records.size();
     writeList(json, list);
     json.EndObject();
 }
 
 void VerifyJsonPrinter::Conflicts(ConflictBlocksStats const& list) {
-    BeginSection("conflicts");
+    BeginSection(Layout<BlockConflicts_s>::SECTION);
     conflictRows += list.records.size();
     writeList(json, list);
     json.EndObject();
 }
 
 void VerifyJsonPrinter::Skipped(LVSkippedStats const& list) {
-    BeginSection("skipped_volumes");
+    BeginSection(Layout<LVSkipped_s>::SECTION);
     skippedVolumeRows += list.records.size();
     writeList(json, list);
     json.EndObject();
 }
 
-void VerifyJsonPrinter::BeginList(char const* kind, char const* title, uint32_t count) {
+void VerifyJsonPrinter::ListStart(ListType const& type, uint32_t count) {
     BeginSection("problem_list");
-    json.Member("kind", kind);
-    json.Member("title", title);
+    json.Member("kind", type.kind);
+    json.Member("title", type.title);
     json.Quantity("count", count);
     json.Key("rows");
     json.BeginArray();
     listOpen = true;
 }
 
-#define VF_JSON_LIST_METHODS(Record)                                                            \
-    void VerifyJsonPrinter::ListStart(char const* title, uint32_t count, Record const* none) {  \
-        BeginList(VerifyJson::ListKind(none), title, count);                                                \
-    }                                                                                           \
-    void VerifyJsonPrinter::ListRow(Record const& row) {                                        \
-        QVS::MemoryReserve::Check();                                                            \
-        ++problemListRows;                                                                      \
-        writeRow(json, row);                                                                    \
-    }
-VF_VARIABLE_RECORDS(VF_JSON_LIST_METHODS)
-#undef VF_JSON_LIST_METHODS
+void VerifyJsonPrinter::ListRow(ListType const& type, unsigned char const* row) {
+    QVS::MemoryReserve::Check();
+    ++problemListRows;
+    ROWS[type.index](json, row);
+}
 
-void VerifyJsonPrinter::ListEnd() {
+void VerifyJsonPrinter::ListEnd(ListType const&) {
     json.EndArray();
     json.Member("complete", true);
     json.EndObject();

@@ -25,12 +25,9 @@ public:
     void Actions(ActionStats const& list) override;
     void Conflicts(ConflictBlocksStats const& list) override;
     void Skipped(LVSkippedStats const& list) override;
-#define VF_JSON_LIST_METHODS(Record)                                                            \
-    void ListStart(char const* title, uint32_t count, Record const* none) override;             \
-    void ListRow(Record const& row) override;
-    VF_VARIABLE_RECORDS(VF_JSON_LIST_METHODS)
-#undef VF_JSON_LIST_METHODS
-    void ListEnd() override;
+    void ListStart(VerifyFormat::ListType const& type, uint32_t count) override;
+    void ListRow(VerifyFormat::ListType const& type, unsigned char const* row) override;
+    void ListEnd(VerifyFormat::ListType const& type) override;
 
     // Closes a list that a failed read left open, and whatever an exception
     // left open inside the "sections" array.
@@ -49,7 +46,6 @@ public:
 private:
     // Opens the section object of `kind` and writes its "section" member.
     void BeginSection(char const* kind);
-    void BeginList(char const* kind, char const* title, uint32_t count);
 
     QVS::JsonWriter& json;
     // The depth of the "sections" array.
@@ -72,11 +68,6 @@ std::string SnakeCase(char const* fieldName);
 // UTF-8: surrogate pairs are combined, and a surrogate without its pair
 // becomes U+FFFD.
 std::string WideName(unsigned char const* field, std::size_t units);
-// The kind of each variable-data list ("unreadable_zid"): its record's name
-// without the family prefix, in snake_case.
-#define VF_JSON_LIST_KIND(Record) char const* ListKind(Record const*);
-VF_VARIABLE_RECORDS(VF_JSON_LIST_KIND)
-#undef VF_JSON_LIST_KIND
 } // namespace VerifyJson
 
 #endif

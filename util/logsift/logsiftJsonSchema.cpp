@@ -4,8 +4,10 @@
 #include "util/logsift/logsiftJson.h"
 
 #include "util/common_cpp/actionHistory.h"
+#include "util/common_cpp/fieldKinds.h"
 #include "util/common_cpp/rebuildJsonPrinter.h"
 #include "util/common_cpp/verifyJsonPrinter.h"
+#include "util/common_cpp/verifyFileRecords.h"
 #include "util/support/jsonWriter.h"
 
 #include <string>
@@ -16,6 +18,8 @@ namespace LogsiftJson {
 namespace {
 
 using QVS::JsonWriter;
+using VerifyFormat::Layout;
+using namespace FieldKinds;
 
 // The members of one object schema being made: properties in order, and
 // which of them are required.
@@ -136,32 +140,6 @@ void time(ObjectSchema& object, JsonWriter& json, const std::string& key) {
 }
 
 // The property schemas of a verify record's field, by its kind.
-using namespace FieldKinds;
-template <typename T> void field(ObjectSchema& o, JsonWriter& j, const std::string& k, Quantity) {
-    quantity(o, j, k);
-}
-template <typename T> void field(ObjectSchema& o, JsonWriter& j, const std::string& k, Signed) {
-    o.Property(k);
-    typed(j, "integer");
-}
-template <typename T> void field(ObjectSchema& o, JsonWriter& j, const std::string& k, Id) {
-    o.Property(k);
-    patterned(j, ID_PATTERN, "an identifier in hexadecimal");
-}
-template <typename T> void field(ObjectSchema& o, JsonWriter& j, const std::string& k, Key) {
-    o.Property(k);
-    patterned(j, KEY_PATTERN, "a key in decimal");
-}
-template <typename T> void field(ObjectSchema& o, JsonWriter& j, const std::string& k, Status) {
-    named(o, j, k, "a status number; its name from the error tables");
-}
-template <typename T> void field(ObjectSchema& o, JsonWriter& j, const std::string& k, Time) {
-    time(o, j, k);
-}
-template <typename T> void field(ObjectSchema& o, JsonWriter& j, const std::string& k, Guid) {
-    o.Property(k);
-    patterned(j, GUID_PATTERN, "a GUID in its text form");
-}
 void word(ObjectSchema& o, JsonWriter& j, const std::string& k, const char* what) {
     quantity(o, j, k);
     o.Property(k + "_names");
@@ -172,102 +150,93 @@ void word(ObjectSchema& o, JsonWriter& j, const std::string& k, const char* what
     j.Member("description", what);
     j.EndObject();
 }
-template <typename T> void field(ObjectSchema& o, JsonWriter& j, const std::string& k, ErrorWord) {
-    word(o, j, k, "the texts of the error bits that are set");
-}
-template <typename T>
-void field(ObjectSchema& o, JsonWriter& j, const std::string& k, WarningWord) {
-    word(o, j, k, "the texts of the warning bits that are set");
-}
-template <typename T> void field(ObjectSchema& o, JsonWriter& j, const std::string& k, NameType) {
-    quantity(o, j, k);
-    o.Property(k + "_name");
-    typed(j, "string", "File, Stream, Extend, Delete or ???");
-}
-template <typename T>
-void field(ObjectSchema& o, JsonWriter& j, const std::string& k, Encryption) {
-    quantity(o, j, k);
-    o.Property(k + "_name");
-    nullable(j, "string", "AES128 or AES256; null when not encrypted");
-}
-template <typename T> void field(ObjectSchema& o, JsonWriter& j, const std::string& k, Nested);
-template <typename T> void field(ObjectSchema& o, JsonWriter& j, const std::string& k, Levels) {
-    o.Property(k);
-    j.BeginObject(true);
-    j.Member("type", "array");
-    j.Key("items");
-    reference(j, "LevelInformation_s");
-    j.Member("description", "the histogram levels, 0 to 20");
-    j.EndObject();
-}
-template <typename T, unsigned Units>
-void field(ObjectSchema& o, JsonWriter& j, const std::string& k, Wide<Units>) {
-    o.Property(k);
-    typed(j, "string", WIDE);
-}
-template <typename T, unsigned Size>
-void field(ObjectSchema& o, JsonWriter& j, const std::string& k, Narrow<Size>) {
-    o.Property(k);
-    typed(j, "string", TEXT);
-}
-template <typename T> void field(ObjectSchema&, JsonWriter&, const std::string&, Reserved) {}
 
-// The name of each nested record type, for its $ref.
-template <typename T> const char* recordName();
-#define VF_SCHEMA_NAME(Record)                                                                  \
-    template <> const char* recordName<Record>() { return #Record; }
-VF_SCHEMA_NAME(LevelInformation_s)
-VF_SCHEMA_NAME(CommonBlockStats_s)
-VF_SCHEMA_NAME(VDBStats_s)
-VF_SCHEMA_NAME(BTStats_s)
-VF_SCHEMA_NAME(NTStats_s)
-VF_SCHEMA_NAME(UBTStats_s)
-VF_SCHEMA_NAME(DBTStats_s)
-VF_SCHEMA_NAME(MFLStats_s)
-VF_SCHEMA_NAME(EFLStats_s)
-VF_SCHEMA_NAME(PLStats_s)
-VF_SCHEMA_NAME(BTIStats_s)
-#undef VF_SCHEMA_NAME
+void field(ObjectSchema& o, JsonWriter& j, const std::string& k, RecordTables::Kind kind,
+           RecordTables::FieldTable const* nested) {
+    using RecordTables::Kind;
+    switch (kind) {
+    case Kind::Quantity:
+        quantity(o, j, k);
+        break;
+    case Kind::Signed:
+        o.Property(k);
+        typed(j, "integer");
+        break;
+    case Kind::Id:
+        o.Property(k);
+        patterned(j, ID_PATTERN, "an identifier in hexadecimal");
+        break;
+    case Kind::Key:
+        o.Property(k);
+        patterned(j, KEY_PATTERN, "a key in decimal");
+        break;
+    case Kind::Status:
+        named(o, j, k, "a status number; its name from the error tables");
+        break;
+    case Kind::Time:
+        time(o, j, k);
+        break;
+    case Kind::Guid:
+        o.Property(k);
+        patterned(j, GUID_PATTERN, "a GUID in its text form");
+        break;
+    case Kind::ErrorWord:
+        word(o, j, k, "the texts of the error bits that are set");
+        break;
+    case Kind::WarningWord:
+        word(o, j, k, "the texts of the warning bits that are set");
+        break;
+    case Kind::NameType:
+        quantity(o, j, k);
+        o.Property(k + "_name");
+        typed(j, "string", "File, Stream, Extend, Delete or ???");
+        break;
+    case Kind::Encryption:
+        quantity(o, j, k);
+        o.Property(k + "_name");
+        nullable(j, "string", "AES128 or AES256; null when not encrypted");
+        break;
+    case Kind::Nested:
+        o.Property(k);
+        reference(j, nested->record);
+        break;
+    case Kind::Levels:
+        o.Property(k);
+        j.BeginObject(true);
+        j.Member("type", "array");
+        j.Key("items");
+        reference(j, nested->record);
+        j.Member("description", "the histogram levels, 0 to 20");
+        j.EndObject();
+        break;
+    case Kind::Wide:
+        o.Property(k);
+        typed(j, "string", WIDE);
+        break;
+    case Kind::Narrow:
+        o.Property(k);
+        typed(j, "string", TEXT);
+        break;
+    case Kind::Reserved:
+        break;
+    }
+}
 
-template <typename T> void field(ObjectSchema& o, JsonWriter& j, const std::string& k, Nested) {
-    o.Property(k);
-    reference(j, recordName<T>());
+void field(ObjectSchema& o, JsonWriter& j, RecordTables::Field const& f) {
+    field(o, j, VerifyJson::SnakeCase(f.name), f.kind, f.nested);
 }
 
 // The properties of a record by its table.
-#define VF_SCHEMA_FIELD(name, kind)                                                             \
-    field<decltype(VF_SCHEMA_RECORD::name)>(object, json, VerifyJson::SnakeCase(#name), kind{});
-#define VF_SCHEMA_PROPERTIES(Record)                                                            \
-    void properties(ObjectSchema& object, JsonWriter& json, Record const*) {                    \
-        using VF_SCHEMA_RECORD = Record;                                                        \
-        VF_FIELDS_##Record(VF_SCHEMA_FIELD)                                                     \
-    }
-VF_SCHEMA_PROPERTIES(LevelInformation_s)
-VF_SCHEMA_PROPERTIES(CommonBlockStats_s)
-VF_SCHEMA_PROPERTIES(VDBStats_s)
-VF_SCHEMA_PROPERTIES(BTStats_s)
-VF_SCHEMA_PROPERTIES(NTStats_s)
-VF_SCHEMA_PROPERTIES(UBTStats_s)
-VF_SCHEMA_PROPERTIES(DBTStats_s)
-VF_SCHEMA_PROPERTIES(MFLStats_s)
-VF_SCHEMA_PROPERTIES(EFLStats_s)
-VF_SCHEMA_PROPERTIES(PLStats_s)
-VF_SCHEMA_PROPERTIES(BTIStats_s)
-VF_SCHEMA_PROPERTIES(ZVP_Status_s)
-VF_SCHEMA_PROPERTIES(ZVP_LVStats_s)
-VF_SCHEMA_PROPERTIES(ZVP_PoolStats_s)
-VF_SCHEMA_PROPERTIES(RAV_Action_s)
-VF_SCHEMA_PROPERTIES(BlockConflicts_s)
-VF_SCHEMA_PROPERTIES(LVSkipped_s)
-VF_VARIABLE_RECORDS(VF_SCHEMA_PROPERTIES)
-#undef VF_SCHEMA_PROPERTIES
-#undef VF_SCHEMA_FIELD
+void properties(ObjectSchema& object, JsonWriter& json, RecordTables::FieldTable const& table) {
+    for (std::size_t i = 0; i < table.count; ++i)
+        field(object, json, table.fields[i]);
+}
 
-template <typename Record> void recordDefinition(JsonWriter& json, const char* name) {
-    json.Key(name);
+void recordDefinition(JsonWriter& json, RecordTables::FieldTable const& table) {
+    json.Key(table.record);
     ObjectSchema object(json);
     object.Open(nullptr);
-    properties(object, json, static_cast<Record const*>(nullptr));
+    properties(object, json, table);
     object.Close();
 }
 
@@ -395,7 +364,7 @@ void verifyDocument(JsonWriter& json) {
     json.BeginArray();
     section(json, "status_summary", "the overall status and the verdict drawn from it",
             [&](ObjectSchema& s) {
-                properties(s, json, static_cast<ZVP_Status_s const*>(nullptr));
+                properties(s, json, Layout<ZVP_Status_s>::TABLE);
                 s.Property("verdict");
                 ObjectSchema verdict(json);
                 verdict.Open(nullptr);
@@ -409,10 +378,10 @@ void verifyDocument(JsonWriter& json) {
                 verdict.Close();
             });
     section(json, "pool", "the pool's statistics", [&](ObjectSchema& s) {
-        properties(s, json, static_cast<ZVP_PoolStats_s const*>(nullptr));
+        properties(s, json, Layout<ZVP_PoolStats_s>::TABLE);
     });
     section(json, "volume", "one volume's statistics", [&](ObjectSchema& s) {
-        properties(s, json, static_cast<ZVP_LVStats_s const*>(nullptr));
+        properties(s, json, Layout<ZVP_LVStats_s>::TABLE);
     });
     section(json, "actions", "the action list",
             [&](ObjectSchema& s) { listMembers(s, json, "RAV_Action_s"); });
@@ -443,36 +412,35 @@ void verifyDocument(JsonWriter& json) {
     // Each kind of problem list has rows of its own record.
     json.Key("allOf");
     json.BeginArray();
-#define VF_SCHEMA_LIST_ROWS(Record)                                                             \
-    json.BeginObject(true);                                                                     \
-    json.Key("if");                                                                             \
-    json.BeginObject(true);                                                                     \
-    json.Key("properties");                                                                     \
-    json.BeginObject(true);                                                                     \
-    json.Key("kind");                                                                           \
-    json.BeginObject(true);                                                                     \
-    json.Member("const", VerifyJson::ListKind(static_cast<Record const*>(nullptr)));             \
-    json.EndObject();                                                                           \
-    json.EndObject();                                                                           \
-    json.Key("required");                                                                       \
-    json.BeginArray(true);                                                                      \
-    json.String("kind");                                                                        \
-    json.EndArray();                                                                            \
-    json.EndObject();                                                                           \
-    json.Key("then");                                                                           \
-    json.BeginObject(true);                                                                     \
-    json.Key("properties");                                                                     \
-    json.BeginObject(true);                                                                     \
-    json.Key("rows");                                                                           \
-    json.BeginObject(true);                                                                     \
-    json.Key("items");                                                                          \
-    reference(json, #Record);                                                                   \
-    json.EndObject();                                                                           \
-    json.EndObject();                                                                           \
-    json.EndObject();                                                                           \
-    json.EndObject();
-    VF_VARIABLE_RECORDS(VF_SCHEMA_LIST_ROWS)
-#undef VF_SCHEMA_LIST_ROWS
+    for (VerifyFormat::ListType const& type : VerifyFormat::VARIABLE_LISTS) {
+        json.BeginObject(true);
+        json.Key("if");
+        json.BeginObject(true);
+        json.Key("properties");
+        json.BeginObject(true);
+        json.Key("kind");
+        json.BeginObject(true);
+        json.Member("const", type.kind);
+        json.EndObject();
+        json.EndObject();
+        json.Key("required");
+        json.BeginArray(true);
+        json.String("kind");
+        json.EndArray();
+        json.EndObject();
+        json.Key("then");
+        json.BeginObject(true);
+        json.Key("properties");
+        json.BeginObject(true);
+        json.Key("rows");
+        json.BeginObject(true);
+        json.Key("items");
+        reference(json, type.record);
+        json.EndObject();
+        json.EndObject();
+        json.EndObject();
+        json.EndObject();
+    }
     json.EndArray();
     json.EndObject();
     json.EndObject();
@@ -503,9 +471,20 @@ void verifyDocument(JsonWriter& json) {
 
 // The properties of a rebuild log item, by its table: as a verify record's
 // field of the same kind, but for the kinds only items have (and a ZID).
-template <typename Kind>
-void itemField(ObjectSchema& o, JsonWriter& j, const std::string& k, Kind kind) {
-    field<void>(o, j, k, kind);
+void itemField(ObjectSchema& o, JsonWriter& j, const std::string& k, FieldKinds::Key) {
+    field(o, j, k, RecordTables::Kind::Key, nullptr);
+}
+void itemField(ObjectSchema& o, JsonWriter& j, const std::string& k, FieldKinds::Quantity) {
+    field(o, j, k, RecordTables::Kind::Quantity, nullptr);
+}
+void itemField(ObjectSchema& o, JsonWriter& j, const std::string& k, FieldKinds::NameType) {
+    field(o, j, k, RecordTables::Kind::NameType, nullptr);
+}
+void itemField(ObjectSchema& o, JsonWriter& j, const std::string& k, FieldKinds::Guid) {
+    field(o, j, k, RecordTables::Kind::Guid, nullptr);
+}
+void itemField(ObjectSchema& o, JsonWriter& j, const std::string& k, FieldKinds::Time) {
+    field(o, j, k, RecordTables::Kind::Time, nullptr);
 }
 void itemField(ObjectSchema& o, JsonWriter& j, const std::string& k, Id) {
     o.Property(k);
@@ -693,23 +672,16 @@ void WriteSchema(std::ostream& out) {
     fileDefinition(json);
     errorDefinition(json);
     itemDefinitions(json);
-    recordDefinition<LevelInformation_s>(json, "LevelInformation_s");
-    recordDefinition<CommonBlockStats_s>(json, "CommonBlockStats_s");
-    recordDefinition<VDBStats_s>(json, "VDBStats_s");
-    recordDefinition<BTStats_s>(json, "BTStats_s");
-    recordDefinition<NTStats_s>(json, "NTStats_s");
-    recordDefinition<UBTStats_s>(json, "UBTStats_s");
-    recordDefinition<DBTStats_s>(json, "DBTStats_s");
-    recordDefinition<MFLStats_s>(json, "MFLStats_s");
-    recordDefinition<EFLStats_s>(json, "EFLStats_s");
-    recordDefinition<PLStats_s>(json, "PLStats_s");
-    recordDefinition<BTIStats_s>(json, "BTIStats_s");
-    recordDefinition<RAV_Action_s>(json, "RAV_Action_s");
-    recordDefinition<BlockConflicts_s>(json, "BlockConflicts_s");
-    recordDefinition<LVSkipped_s>(json, "LVSkipped_s");
-#define VF_SCHEMA_LIST_RECORD(Record) recordDefinition<Record>(json, #Record);
-    VF_VARIABLE_RECORDS(VF_SCHEMA_LIST_RECORD)
-#undef VF_SCHEMA_LIST_RECORD
+    for (RecordTables::FieldTable const* table :
+         {&Layout<LevelInformation_s>::TABLE, &Layout<CommonBlockStats_s>::TABLE,
+          &Layout<VDBStats_s>::TABLE, &Layout<BTStats_s>::TABLE, &Layout<NTStats_s>::TABLE,
+          &Layout<UBTStats_s>::TABLE, &Layout<DBTStats_s>::TABLE, &Layout<MFLStats_s>::TABLE,
+          &Layout<EFLStats_s>::TABLE, &Layout<PLStats_s>::TABLE, &Layout<BTIStats_s>::TABLE,
+          &Layout<RAV_Action_s>::TABLE, &Layout<BlockConflicts_s>::TABLE,
+          &Layout<LVSkipped_s>::TABLE})
+        recordDefinition(json, *table);
+    for (VerifyFormat::ListType const& type : VerifyFormat::VARIABLE_LISTS)
+        recordDefinition(json, type.fields);
     json.EndObject();
     json.EndObject();
     json.Finish();
