@@ -17,6 +17,7 @@ share the work.
    compared field by field with values written here by hand from the cases'
    descriptions.
 """
+import binascii
 import json
 import os
 import re
@@ -114,6 +115,30 @@ def lines_after(text, heading):
             break
         out.append(line)
     return out
+
+
+def agree_crc(case, work, doc):
+    """The checksum, taken while the report is read, is the file's own."""
+    path = doc["file"]["path"]
+    if path is None:
+        if doc["crc"] is not None:
+            fail(case, "crc of no file: %r" % doc["crc"])
+        return
+    path = os.path.join(work, path)
+    if not os.path.isfile(path) or not os.access(path, os.R_OK):
+        return
+    with open(path, "rb") as f:
+        data = f.read()
+    if len(data) < 4:
+        if doc["crc"] is not None:
+            fail(case, "crc of a file shorter than its checksum: %r" % doc["crc"])
+        return
+    stored = int.from_bytes(data[:4], "little")
+    computed = binascii.crc32(data[4:]) & 0xFFFFFFFF
+    expected = {"stored": "0x%x" % stored, "computed": "0x%x" % computed,
+                "matches": stored == computed}
+    if doc["crc"] != expected:
+        fail(case, "crc: expected %r, got %r" % (expected, doc["crc"]))
 
 
 def agree_verify(case, text, doc):
@@ -253,6 +278,7 @@ with tempfile.TemporaryDirectory() as scratch:
         text = text.decode("utf-8", errors="replace")
         if doc["kind"] == "verify_report":
             agree_verify(case, text, doc)
+            agree_crc(case, json_work, doc)
         else:
             agree_rebuild(case, text, doc)
 

@@ -185,6 +185,16 @@ VerifyFile::VerifyFile(const std::string& fileName, std::ostream& out, unsigned 
     ConstructorOpen();
 }
 
+VerifyFile::VerifyFile(const std::string& fileName, std::ostream& out, unsigned debugMask,
+                       CrcFromReading)
+    : displayActions(true), displayHistograms(true), displayObjectDetails(true), out(out),
+      crcReading(new QVS::CrcReading(VerifyFormat::CRC_SIZE)) {
+    InitialiseFields(debugMask, 0);
+    poolName = "None";
+    path = fileName;
+    ConstructorOpen();
+}
+
 VerifyFile::VerifyFile(const std::string& poolName, const std::string* serverName, long time,
                        std::ostream& out, unsigned debugMask)
     : displayActions(true), displayHistograms(true), displayObjectDetails(true), out(out) {
@@ -231,7 +241,7 @@ void VerifyFile::InitialiseFields(unsigned mask, long time) {
 }
 
 void VerifyFile::ConstructorOpen() {
-    file = std::fopen(path.c_str(), "rb");
+    file = crcReading ? crcReading->Open(path.c_str()) : std::fopen(path.c_str(), "rb");
     if (file == nullptr) {
         int err = errno;
         if (debugMask & DEBUG_OPEN)
@@ -328,6 +338,14 @@ unsigned VerifyFile::ReadSection(void* buf, int size) {
     return errnoStatus(err);
 }
 
+int VerifyFile::Descriptor() const {
+    return crcReading ? crcReading->Descriptor() : fileno(file);
+}
+
+bool VerifyFile::FinishCrc(uint32_t& computed) {
+    return file != nullptr && crcReading && crcReading->Finish(computed);
+}
+
 unsigned VerifyFile::ShortReadAtEnd() {
     out << VF_LOC(1779) << std::endl;
     return QVS::STATUS_END_OF_FILE;
@@ -375,7 +393,7 @@ unsigned VerifyFile::SectionSkip(VerifyFileSection* header) {
 
 long long VerifyFile::RemainingBytes() const {
     struct stat info;
-    if (file == nullptr || fstat(fileno(file), &info) != 0 || !S_ISREG(info.st_mode))
+    if (file == nullptr || fstat(Descriptor(), &info) != 0 || !S_ISREG(info.st_mode))
         return -1;
     off_t position = ftello(file);
     if (position < 0)

@@ -6,6 +6,7 @@
 
 #include "util/common_cpp/verifyFileRecords.h"
 #include "util/common_cpp/verifyPrinter.h"
+#include "util/support/crcReading.h"
 
 #include <cstdint>
 #include <cstdio>
@@ -98,6 +99,11 @@ public:
     }
 
     VerifyFile(const std::string& fileName, std::ostream& out, unsigned debugMask);
+    // The same, folding every byte the reading passes into the file's CRC,
+    // which FinishCrc completes.
+    struct CrcFromReading {};
+    VerifyFile(const std::string& fileName, std::ostream& out, unsigned debugMask,
+               CrcFromReading);
     // Live statistics of a pool: prefix + poolName + "VerifyStatistics.vbf".
     VerifyFile(const std::string& poolName, const std::string* serverName, long time,
                std::ostream& out, unsigned debugMask);
@@ -141,6 +147,11 @@ public:
                        BTIStats_s const& bti);
     void displayCommonBlockStats_s(std::ostream& os, CommonBlockStats_s const& stats);
 
+    // The CRC of the bytes after the stored one, from the reading and the
+    // rest of the file; false when the reader was not made to fold it, a
+    // read failed, or the file has no end (a device). Call after reading.
+    bool FinishCrc(uint32_t& computed);
+
     // Bytes left between the read position and the end of a regular file, or
     // -1 when the size is unknown (a pipe). Bounds what a list may allocate.
     long long RemainingBytes() const;
@@ -153,8 +164,11 @@ private:
     unsigned ReadVariableList(VerifyFormat::ListType const& type);
     VerifyPrinter& Printer();
 
+    int Descriptor() const;
+
     VerifyPrinter* printer = nullptr;
     std::unique_ptr<VerifyPrinter> textPrinter;
+    std::unique_ptr<QVS::CrcReading> crcReading; // outlives `file`, which reads through it
 };
 
 #endif

@@ -7,7 +7,7 @@
 #include "util/common_cpp/rebuildJsonPrinter.h"
 #include "util/common_cpp/verifyFile.h"
 #include "util/common_cpp/verifyJsonPrinter.h"
-#include "util/logsift/logsiftView.h"
+#include "util/logsift/logsiftDriver.h"
 #include "util/support/jsonWriter.h"
 #include "util/support/memoryReserve.h"
 #include "util/support/qvsError.h"
@@ -36,14 +36,7 @@ namespace {
 
 using QVS::JsonWriter;
 
-const std::size_t CRC_BLOCK_SIZE = 1 << 16;
-
-// Where a document's file came from.
-struct Source {
-    std::string path;      // empty when no file was found
-    std::string pool;      // for the newest-file search
-    std::string directory; // likewise
-};
+using LogsiftDriver::Source;
 
 void begin(JsonWriter& json, const char* kind, const Source& source) {
     json.BeginObject();
@@ -159,42 +152,31 @@ std::string describe(unsigned status) {
     }
 }
 
-// The CRC over everything after the stored one; false when the file cannot
-// be read whole (or is not a regular file, which cannot be read twice).
-bool computeCrc(const std::string& path, uint32_t& stored, uint32_t& computed) {
-    struct stat info;
-    if (stat(path.c_str(), &info) != 0 || !S_ISREG(info.st_mode))
-        return false;
-    FILE* file = std::fopen(path.c_str(), "rb");
-    if (file == nullptr)
-        return false;
-    unsigned char storedBytes[VerifyFormat::CRC_SIZE];
-    bool ok = std::fread(storedBytes, 1, sizeof storedBytes, file) == sizeof storedBytes;
-    stored = static_cast<uint32_t>(storedBytes[0] | (storedBytes[1] << 8) | (storedBytes[2] << 16) |
-                                   (static_cast<uint32_t>(storedBytes[3]) << 24));
-    unsigned crc = 0xFFFFFFFFu;
-    unsigned char block[CRC_BLOCK_SIZE];
-    size_t got;
-    while (ok && (got = std::fread(block, 1, CRC_BLOCK_SIZE, file)) > 0)
-        crc = QVS::updateCRC(crc, block, got);
-    ok = ok && !std::ferror(file);
-    std::fclose(file);
-    computed = ~crc;
-    return ok;
-}
-
-void crcMember(JsonWriter& json, const std::string& path) {
+// The checksum of the bytes after the stored one, from the reading: null
+// when the file could not be opened or read to its end.
+void crcMember(JsonWriter& json, VerifyFile* reader) {
     json.Key("crc");
-    uint32_t stored = 0, computed = 0;
-    if (path.empty() || !computeCrc(path, stored, computed)) {
+    uint32_t computed = 0;
+    if (reader == nullptr || !reader->FinishCrc(computed)) {
         json.Null();
         return;
     }
     json.BeginObject(true);
-    json.Member("stored", JsonFields::NumberText::Hex(stored).View());
+    json.Member("stored", JsonFields::NumberText::Hex(reader->storedCrc).View());
     json.Member("computed", JsonFields::NumberText::Hex(computed).View());
-    json.Member("matches", stored == computed);
+    json.Member("matches", reader->storedCrc == computed);
     json.EndObject();
+}
+
+// What logsift-json makes of a failure inside a walk.
+unsigned walkFailure(const std::exception& e) {
+    return dynamic_cast<const std::bad_alloc*>(&e) != nullptr ? QVS::zERR_NO_MEMORY
+                                                              : QVS::zERR_BAD_PARAMETER_VALUE;
+}
+
+// A failure's text: out of memory, or what the exception says.
+std::string failureText(const std::exception& e) {
+    return dynamic_cast<const std::bad_alloc*>(&e) != nullptr ? OUT_OF_MEMORY_TEXT : e.what();
 }
 
 // The message of a newest-file search that found nothing.
@@ -202,45 +184,74 @@ std::string noFile(const Source& source, const char* what) {
     return std::string("no ") + what + " of pool " + source.pool + " in " + source.directory;
 }
 
+// The report's sections through the JSON printer, inside "sections"; the
+// first failure goes to `outcome`.
+class JsonVerifyReading : public LogsiftDriver::VerifyReading {
+public:
+    JsonVerifyReading(const Source& source, const Options& options, JsonWriter& json,
+                      std::ostream& messages, Outcome& outcome)
+        : source(source), options(options), json(json), messages(messages), printer(json),
+          outcome(outcome) {}
+
+    std::unique_ptr<VerifyFile> Open() override {
+        return std::make_unique<VerifyFile>(source.path, messages, options.debugMask,
+                                            VerifyFile::CrcFromReading{});
+    }
+    unsigned OpenFailed(const std::exception& e) override {
+        const unsigned status = walkFailure(e);
+        outcome.Note(status, failureText(e));
+        Sections(nullptr, 0, "");
+        return status;
+    }
+    void Start(VerifyFile& reader) override { reader.SetPrinter(printer); }
+    unsigned Finished(VerifyFile& reader, unsigned status) override {
+        Sections(&reader, status, "");
+        return status;
+    }
+    unsigned Threw(VerifyFile& reader, const std::exception& e) override {
+        const unsigned status = walkFailure(e);
+        Sections(&reader, status, failureText(e));
+        return status;
+    }
+
+    const VerifyJsonPrinter& Printer() const { return printer; }
+
+private:
+    // Closes "sections" and writes the checksum that reading them gave.
+    void Sections(VerifyFile* reader, unsigned status, const std::string& failure) {
+        printer.Close();
+        json.EndArray();
+        if (reader != nullptr) {
+            const long long offset = reader->file != nullptr ? ftello(reader->file) : -1;
+            outcome.Note(status, failure.empty() ? describe(status) : failure, offset);
+        }
+        crcMember(json, reader);
+    }
+
+    const Source& source;
+    const Options& options;
+    JsonWriter& json;
+    std::ostream& messages;
+    VerifyJsonPrinter printer;
+    Outcome& outcome;
+};
+
 int verifyReport(const Source& source, const Options& options, std::ostream& out) {
     JsonWriter json(out);
     begin(json, "verify_report", source);
-    crcMember(json, source.path);
     ReaderMessages messages;
-    std::unique_ptr<VerifyFile> reader;
     Outcome outcome;
-    if (source.path.empty()) {
-        outcome.Note(QVS::STATUS_NO_MATCHING_FILE, noFile(source, "verify report"));
-    } else {
-        try {
-            reader.reset(new VerifyFile(source.path, messages, options.debugMask));
-        } catch (const std::bad_alloc&) {
-            outcome.Note(QVS::zERR_NO_MEMORY, OUT_OF_MEMORY_TEXT);
-        } catch (const std::exception& e) {
-            outcome.Note(QVS::zERR_BAD_PARAMETER_VALUE, e.what());
-        }
-    }
     json.Key("sections");
     json.BeginArray();
-    VerifyJsonPrinter printer(json);
-    if (reader) {
-        reader->SetPrinter(printer);
-        unsigned status = 0;
-        std::string failure;
-        try {
-            status = reader->ReadAndValidateSectionAll();
-        } catch (const std::bad_alloc&) {
-            status = QVS::zERR_NO_MEMORY;
-            failure = OUT_OF_MEMORY_TEXT;
-        } catch (const std::exception& e) {
-            status = QVS::zERR_BAD_PARAMETER_VALUE;
-            failure = e.what();
-        }
-        printer.Close();
-        const long long offset = reader->file != nullptr ? ftello(reader->file) : -1;
-        outcome.Note(status, failure.empty() ? describe(status) : failure, offset);
+    JsonVerifyReading reading(source, options, json, messages, outcome);
+    if (source.path.empty()) {
+        outcome.Note(QVS::STATUS_NO_MATCHING_FILE, noFile(source, "verify report"));
+        json.EndArray();
+        crcMember(json, nullptr);
+    } else {
+        LogsiftDriver::ReadVerifyReport(reading);
     }
-    json.EndArray();
+    const VerifyJsonPrinter& printer = reading.Printer();
     json.Key("totals");
     json.BeginObject(true);
     json.Quantity("sections", printer.Sections());
@@ -383,46 +394,70 @@ private:
     long long position = -1;
 };
 
+// The log's walks through the JSON printer, then its action history.
+class JsonRebuildReading : public LogsiftDriver::RebuildReading {
+public:
+    JsonRebuildReading(const Source& source, const Options& options, JsonWriter& json,
+                       std::ostream& messages, Outcome& outcome)
+        : source(source), options(options), printer(json), actions(json, messages),
+          messages(messages), outcome(outcome) {}
+
+    std::unique_ptr<RebuildFile> Open() override {
+        return std::make_unique<RebuildFile>(source.path, messages, options.debugMask);
+    }
+    unsigned OpenFailed(const std::exception& e) override {
+        const unsigned status = LogsiftDriver::FailureStatus(e);
+        outcome.Note(status, failureText(e));
+        return status;
+    }
+    void Start(RebuildFile& log) override { log.SetPrinter(printer); }
+    void MessagesRead(unsigned) override {} // the printer keeps the walk's end
+    bool Lookup() const override { return options.lookup; }
+    const std::string& Server() const override { return options.server; }
+    unsigned Finished(RebuildFile&, unsigned) override {
+        printer.Close();
+        return printer.Status();
+    }
+    unsigned Threw(RebuildFile&, const std::exception& e) override {
+        printer.Abandon(walkFailure(e), failureText(e));
+        return printer.Status();
+    }
+    void Done(RebuildFile& log) override {
+        loaded = true;
+        outcome.Note(printer.Status(), printer.Failure(), printer.Position());
+        actions.Run(log.Text());
+        outcome.Note(actions.Status(), actions.Failure(), actions.Position());
+    }
+
+    RebuildJsonPrinter& Printer() { return printer; }
+    const ActionWalk& Actions() const { return actions; }
+    bool Loaded() const { return loaded; }
+
+private:
+    const Source& source;
+    const Options& options;
+    RebuildJsonPrinter printer;
+    ActionWalk actions;
+    std::ostream& messages;
+    Outcome& outcome;
+    bool loaded = false;
+};
+
 int rebuildLog(const Source& source, const Options& options, std::ostream& out) {
     JsonWriter json(out);
     begin(json, "rebuild_log", source);
     json.Member("lookups", options.lookup);
     ReaderMessages messages;
-    std::unique_ptr<RebuildFile> log;
     Outcome outcome;
-    if (source.path.empty()) {
+    JsonRebuildReading reading(source, options, json, messages, outcome);
+    if (source.path.empty())
         outcome.Note(QVS::STATUS_NO_MATCHING_FILE, noFile(source, "rebuild log"));
-    } else {
-        try {
-            log.reset(new RebuildFile(source.path, messages, options.debugMask));
-        } catch (const QVSError& e) {
-            outcome.Note(static_cast<unsigned>(e.status()), e.what());
-        } catch (const std::bad_alloc&) {
-            outcome.Note(QVS::zERR_NO_MEMORY, OUT_OF_MEMORY_TEXT);
-        } catch (const std::exception& e) {
-            outcome.Note(QVS::zERR_BAD_PARAMETER_VALUE, e.what());
-        }
-    }
-    RebuildJsonPrinter printer(json);
-    ActionWalk actions(json, messages);
-    if (log) {
-        log->SetPrinter(printer);
-        try {
-            log->DisplayMessageItems();
-            if (options.lookup)
-                log->ProcessTODItems(options.server.c_str());
-            else
-                log->DisplayTODItems();
-            printer.Close();
-        } catch (const std::bad_alloc&) {
-            printer.Abandon(QVS::zERR_NO_MEMORY, OUT_OF_MEMORY_TEXT);
-        } catch (const std::exception& e) {
-            printer.Abandon(QVS::zERR_BAD_PARAMETER_VALUE, e.what());
-        }
-        outcome.Note(printer.Status(), printer.Failure(), printer.Position());
-        actions.Run(log->Text());
-        outcome.Note(actions.Status(), actions.Failure(), actions.Position());
-    } else {
+    else
+        LogsiftDriver::ReadRebuildLog(reading);
+    RebuildJsonPrinter& printer = reading.Printer();
+    const ActionWalk& actions = reading.Actions();
+    if (!reading.Loaded()) {
+        // No log: empty walks, and no action history to walk.
         printer.Close();
         json.Key("action_items");
         json.BeginArray();
@@ -457,11 +492,14 @@ int RebuildLog(const std::string& path, const Options& options, std::ostream& ou
     return rebuildLog(Source{path, "", ""}, options, out);
 }
 
+int Document(const LogsiftDriver::FileType& type, const std::string& operand,
+             const Options& options, std::ostream& out) {
+    const Source source = LogsiftDriver::Locate(type, operand, options.directory);
+    return type.rebuildLog ? rebuildLog(source, options, out) : verifyReport(source, options, out);
+}
+
 int Newest(bool rebuild, const std::string& pool, const Options& options, std::ostream& out) {
-    Source source{"", pool, options.directory};
-    // Not found: the same document, empty, with the error.
-    FindTheNewestFile(options.directory, pool, source.path, rebuild);
-    return rebuild ? rebuildLog(source, options, out) : verifyReport(source, options, out);
+    return Document(*LogsiftDriver::FindFileType(rebuild ? "rtfn" : "vbfn"), pool, options, out);
 }
 
 } // namespace LogsiftJson

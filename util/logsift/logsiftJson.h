@@ -7,6 +7,10 @@
 #include <ostream>
 #include <string>
 
+namespace LogsiftDriver {
+struct FileType;
+}
+
 namespace LogsiftJson {
 
 // The program's name and version, as --version and every document give them.
@@ -35,6 +39,10 @@ struct Options {
 // Each writes one document to `out` and returns the exit status.
 int VerifyReport(const std::string& path, const Options& options, std::ostream& out);
 int RebuildLog(const std::string& path, const Options& options, std::ostream& out);
+// The document of a command line's file type and operand: the named file,
+// or the pool's newest file (a document whose error says there is none).
+int Document(const LogsiftDriver::FileType& type, const std::string& operand,
+             const Options& options, std::ostream& out);
 // The newest file of `pool` in the RAV directory (a rebuild log or a verify
 // report), or a document whose error says there is none.
 int Newest(bool rebuildLog, const std::string& pool, const Options& options, std::ostream& out);

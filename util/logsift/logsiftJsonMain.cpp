@@ -1,5 +1,6 @@
 // logsiftJsonMain.cpp - entry of logsift-json: reads the command line and
 // writes one verify report or rebuild log as one JSON document.
+#include "util/logsift/logsiftDriver.h"
 #include "util/logsift/logsiftJson.h"
 #include "util/logsift/rvConfig.h"
 #include "util/support/memoryReserve.h"
@@ -75,25 +76,19 @@ int document(int argc, char** argv) {
     }
     if (optind >= argc)
         return usageError("missing FILETYPE argument.");
-    const std::string type = argv[optind];
+    const LogsiftDriver::FileType* type = LogsiftDriver::FindFileType(argv[optind]);
+    if (type == nullptr)
+        return usageError(std::string("FILETYPE ") + argv[optind] + " is not legal.");
+    // A pool may be followed by the server whose command file is asked.
     const int operands = argc - optind - 1;
-    const bool newest = type == "vbfn" || type == "rtfn";
-    if (type != "vbf" && type != "rtf" && !newest)
-        return usageError("FILETYPE " + type + " is not legal.");
+    const int most = type->newest ? 2 : 1;
     if (operands < 1)
-        return usageError(std::string("missing ") + (newest ? "POOLNAME" : "FILENAME") +
-                          " argument.");
-    if (operands > (newest ? 2 : 1))
-        return usageError(std::string("unexpected argument - ") + argv[optind + (newest ? 3 : 2)] +
-                          ".");
-    const std::string operand = argv[optind + 1];
-    if (newest && operands == 2)
+        return usageError(std::string("missing ") + type->operand + " argument.");
+    if (operands > most)
+        return usageError(std::string("unexpected argument - ") + argv[optind + most + 1] + ".");
+    if (operands == 2)
         options.server = argv[optind + 2];
-    if (type == "vbf")
-        return LogsiftJson::VerifyReport(operand, options, std::cout);
-    if (type == "rtf")
-        return LogsiftJson::RebuildLog(operand, options, std::cout);
-    return LogsiftJson::Newest(type == "rtfn", operand, options, std::cout);
+    return LogsiftJson::Document(*type, argv[optind + 1], options, std::cout);
 }
 
 // A document closes itself whole when memory runs out while it is made;

@@ -1,10 +1,10 @@
 // rvConfig.cpp - option parsing, usage text, version line and settings dump.
 #include "util/logsift/rvConfig.h"
 
+#include "util/logsift/logsiftDriver.h"
 #include "util/support/qvsApp.h"
 
 #include <cstdlib>
-#include <cstring>
 #include <getopt.h>
 #include <iostream>
 
@@ -160,23 +160,11 @@ int RVConfig::ProcessCommandLine(std::ostream& out, int argc, char** argv) {
     if (index >= argc)
         return UsageError("missing FILETYPE argument.");
     const char* word = argv[index];
-    if (std::strcmp(word, "rtf") == 0) {
-        rebuild = true;
-        return parse_FILENAME(argc, argv, index);
-    }
-    if (std::strcmp(word, "vbf") == 0) {
-        verify = true;
-        return parse_FILENAME(argc, argv, index);
-    }
-    if (std::strcmp(word, "rtfn") == 0) {
-        rebuild = true;
-        newest = true;
-        return parse_vbfn(argc, argv, index);
-    }
-    if (std::strcmp(word, "vbfn") == 0) {
-        verify = true;
-        newest = true;
-        return parse_vbfn(argc, argv, index);
+    if (const LogsiftDriver::FileType* type = LogsiftDriver::FindFileType(word)) {
+        rebuild = type->rebuildLog;
+        verify = !type->rebuildLog;
+        newest = type->newest;
+        return newest ? parse_vbfn(argc, argv, index) : parse_FILENAME(argc, argv, index);
     }
     // Deliberately on the standard output, unlike every other usage error.
     out << "FILETYPE " << word << " is not legal.\n";

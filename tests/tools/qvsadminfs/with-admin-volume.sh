@@ -64,6 +64,14 @@ mounted() {
     awk -v m="$1" '$5 == m { found = 1 } END { exit !found }' /proc/self/mountinfo
 }
 
+# Runs that share a mount point below a shared directory (a case and its
+# JSON twin at once) take turns: one's clean-up removes the directory the
+# other has mounted.
+parent=$(dirname "$mnt")
+if [ "$parent" != "/" ] && command -v flock >/dev/null; then
+    mkdir -p "$parent" && exec 8<"$parent" && flock 8
+fi
+
 created=0
 if [ ! -d "$mnt" ]; then
     mkdir -p "$mnt" || exit 1

@@ -1,0 +1,85 @@
+// logsiftDriver.h - what both programs do before a printer is at work: tell
+// the file types apart, find the file (a pool's newest one, or the one
+// named), open it and walk it. Each program says, through a Reading, how it
+// shows the walk and each way it can fail; the walk itself is here, once.
+#ifndef UTIL_LOGSIFT_LOGSIFTDRIVER_H
+#define UTIL_LOGSIFT_LOGSIFTDRIVER_H
+
+#include <exception>
+#include <memory>
+#include <string>
+#include <string_view>
+
+class RebuildFile;
+class VerifyFile;
+
+namespace LogsiftDriver {
+
+// The first program argument: which kind of file, and whether the operand
+// names the file or a pool whose newest file is read.
+struct FileType {
+    const char* word;
+    bool rebuildLog; // else a verify report
+    bool newest;
+    const char* operand; // its name in the usage messages
+};
+
+// The four words, or null for any other.
+const FileType* FindFileType(std::string_view word);
+
+// The file of one run.
+struct Source {
+    std::string path;      // empty when a search found nothing
+    std::string pool;      // set when searched for
+    std::string directory; // likewise
+};
+
+// The named file, or the pool's newest file of the type in `directory`.
+Source Locate(const FileType& type, const std::string& operand, const std::string& directory);
+
+// The status a failure to open a file stands for: the reader's own status,
+// out of memory, or else a bad parameter.
+unsigned FailureStatus(const std::exception& e);
+
+// How one program reads a verify report: each call is one step of the walk
+// in ReadVerifyReport, and each returns the run's status where it ends it.
+class VerifyReading {
+public:
+    virtual ~VerifyReading();
+    // The reader over the file; throws as the reader's constructors do.
+    virtual std::unique_ptr<VerifyFile> Open() = 0;
+    virtual unsigned OpenFailed(const std::exception& e) = 0;
+    // Before the sections: the printer and the display switches.
+    virtual void Start(VerifyFile& reader) = 0;
+    // After them, with the reader's status.
+    virtual unsigned Finished(VerifyFile& reader, unsigned status) = 0;
+    virtual unsigned Threw(VerifyFile& reader, const std::exception& e) = 0;
+};
+
+unsigned ReadVerifyReport(VerifyReading& reading);
+
+// How one program reads a rebuild log, likewise.
+class RebuildReading {
+public:
+    virtual ~RebuildReading();
+    virtual std::unique_ptr<RebuildFile> Open() = 0;
+    virtual unsigned OpenFailed(const std::exception& e) = 0;
+    virtual void Start(RebuildFile& log) = 0;
+    // The message walk's status.
+    virtual void MessagesRead(unsigned status) = 0;
+    // Whether the TOD items' names are asked of the storage system, and of
+    // which server's command file.
+    virtual bool Lookup() const = 0;
+    virtual const std::string& Server() const = 0;
+    // After the TOD walk, with its status.
+    virtual unsigned Finished(RebuildFile& log, unsigned status) = 0;
+    virtual unsigned Threw(RebuildFile& log, const std::exception& e) = 0;
+    // Last, whichever way the walks ended, with the log still loaded.
+    virtual void Done(RebuildFile& log) = 0;
+};
+
+unsigned ReadRebuildLog(RebuildReading& reading);
+
+} // namespace LogsiftDriver
+
+#endif
