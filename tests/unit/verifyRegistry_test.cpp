@@ -21,11 +21,12 @@ using VerifyFormat::ListType;
 using VerifyFormat::VARIABLE_LISTS;
 
 TEST(VerifyRegistry, ListsAreToldApartByTagKindAndTitle) {
-    std::set<uint64_t> tags = {VerifyFormat::TAG_HEADER, Layout<ZVP_Status_s>::TAG,
+    std::set<uint64_t> tags = {VerifyFormat::TAG_HEADER, VerifyFormat::TAG_MESSAGE_RECORD,
+                               VerifyFormat::TAG_DEBUG_RECORD, Layout<ZVP_Status_s>::TAG,
                                Layout<ZVP_PoolStats_s>::TAG, Layout<ZVP_LVStats_s>::TAG,
                                Layout<RAV_Action_s>::TAG, Layout<BlockConflicts_s>::TAG,
                                Layout<LVSkipped_s>::TAG};
-    ASSERT_EQ(tags.size(), 7u);
+    ASSERT_EQ(tags.size(), 9u);
     std::set<std::string> kinds, titles, records;
     for (std::size_t i = 0; i < VARIABLE_LISTS.size(); ++i) {
         const ListType& type = VARIABLE_LISTS[i];

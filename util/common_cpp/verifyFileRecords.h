@@ -1167,7 +1167,7 @@ template <> struct Layout<STDS_unaccBlks_s> {
 #undef VF_FIELD
 
 // Each table covers every byte of its record, each field where the byte
-// tables put it.
+// tables put it (the lists' tables are checked with the list of lists).
 static_assert(RecordTables::Covers(Layout<LevelInformation_s>::TABLE), "LevelInformation_s: its table and its layout");
 static_assert(RecordTables::Covers(Layout<CommonBlockStats_s>::TABLE), "CommonBlockStats_s: its table and its layout");
 static_assert(RecordTables::Covers(Layout<VDBStats_s>::TABLE), "VDBStats_s: its table and its layout");
@@ -1185,23 +1185,6 @@ static_assert(RecordTables::Covers(Layout<ZVP_PoolStats_s>::TABLE), "ZVP_PoolSta
 static_assert(RecordTables::Covers(Layout<RAV_Action_s>::TABLE), "RAV_Action_s: its table and its layout");
 static_assert(RecordTables::Covers(Layout<BlockConflicts_s>::TABLE), "BlockConflicts_s: its table and its layout");
 static_assert(RecordTables::Covers(Layout<LVSkipped_s>::TABLE), "LVSkipped_s: its table and its layout");
-static_assert(RecordTables::Covers(Layout<CBSV_NextLeafInvalidList_s>::TABLE), "CBSV_NextLeafInvalidList_s: its table and its layout");
-static_assert(RecordTables::Covers(Layout<CBSV_InvalidBlockList_s>::TABLE), "CBSV_InvalidBlockList_s: its table and its layout");
-static_assert(RecordTables::Covers(Layout<BTDS_BranchOutOfRangeZids_s>::TABLE), "BTDS_BranchOutOfRangeZids_s: its table and its layout");
-static_assert(RecordTables::Covers(Layout<BTDS_UnreadableZid_s>::TABLE), "BTDS_UnreadableZid_s: its table and its layout");
-static_assert(RecordTables::Covers(Layout<BTDS_BTZnotInNT_s>::TABLE), "BTDS_BTZnotInNT_s: its table and its layout");
-static_assert(RecordTables::Covers(Layout<BTDS_BTZnotInPT_s>::TABLE), "BTDS_BTZnotInPT_s: its table and its layout");
-static_assert(RecordTables::Covers(Layout<BTDS_DuplicateZidsB_s>::TABLE), "BTDS_DuplicateZidsB_s: its table and its layout");
-static_assert(RecordTables::Covers(Layout<BTDS_DuplicateZidsL_s>::TABLE), "BTDS_DuplicateZidsL_s: its table and its layout");
-static_assert(RecordTables::Covers(Layout<BTDS_OutOfRangeZids_s>::TABLE), "BTDS_OutOfRangeZids_s: its table and its layout");
-static_assert(RecordTables::Covers(Layout<BTDS_BTBadNTFiles_s>::TABLE), "BTDS_BTBadNTFiles_s: its table and its layout");
-static_assert(RecordTables::Covers(Layout<BTDS_missingBeastParentEnts_s>::TABLE), "BTDS_missingBeastParentEnts_s: its table and its layout");
-static_assert(RecordTables::Covers(Layout<NTDS_NTZnotInBT_s>::TABLE), "NTDS_NTZnotInBT_s: its table and its layout");
-static_assert(RecordTables::Covers(Layout<STDS_STZnotInBT_s>::TABLE), "STDS_STZnotInBT_s: its table and its layout");
-static_assert(RecordTables::Covers(Layout<STDS_STZnotInNT_s>::TABLE), "STDS_STZnotInNT_s: its table and its layout");
-static_assert(RecordTables::Covers(Layout<STDS_STPZnotInBT_s>::TABLE), "STDS_STPZnotInBT_s: its table and its layout");
-static_assert(RecordTables::Covers(Layout<STDS_STPZnotInNT_s>::TABLE), "STDS_STPZnotInNT_s: its table and its layout");
-static_assert(RecordTables::Covers(Layout<STDS_unaccBlks_s>::TABLE), "STDS_unaccBlks_s: its table and its layout");
 
 // The seventeen variable-data lists, in the order of their section tags.
 template <typename... Records> struct RecordList {};
@@ -1245,6 +1228,42 @@ constexpr std::size_t ListCount(RecordList<Records...>) {
 constexpr std::size_t VARIABLE_LIST_COUNT = ListCount(VariableLists{});
 inline constexpr std::array<ListType, VARIABLE_LIST_COUNT> VARIABLE_LISTS =
     ListTypes(VariableLists{}, std::make_index_sequence<VARIABLE_LIST_COUNT>{});
+
+// Each list's table covers every byte of its record, each field where the
+// byte tables put it; the record that fails is named by the instantiation.
+template <typename R> constexpr bool ListCovered() {
+    static_assert(RecordTables::Covers(Layout<R>::TABLE), "a list's table and its layout");
+    return true;
+}
+template <typename... Records> constexpr bool ListsCovered(RecordList<Records...>) {
+    return (ListCovered<Records>() && ...);
+}
+static_assert(ListsCovered(VariableLists{}));
+
+// No two kinds of section share a tag: the reader dispatches by it.
+constexpr bool TagsDistinct() {
+    constexpr uint64_t FIXED[] = {TAG_HEADER,
+                                  TAG_MESSAGE_RECORD,
+                                  TAG_DEBUG_RECORD,
+                                  Layout<ZVP_Status_s>::TAG,
+                                  Layout<ZVP_PoolStats_s>::TAG,
+                                  Layout<ZVP_LVStats_s>::TAG,
+                                  Layout<RAV_Action_s>::TAG,
+                                  Layout<BlockConflicts_s>::TAG,
+                                  Layout<LVSkipped_s>::TAG};
+    uint64_t tags[std::size(FIXED) + VARIABLE_LIST_COUNT] = {};
+    std::size_t count = 0;
+    for (uint64_t tag : FIXED)
+        tags[count++] = tag;
+    for (const ListType& type : VARIABLE_LISTS)
+        tags[count++] = type.tag;
+    for (std::size_t i = 0; i < count; ++i)
+        for (std::size_t j = i + 1; j < count; ++j)
+            if (tags[i] == tags[j])
+                return false;
+    return true;
+}
+static_assert(TagsDistinct(), "two kinds of section share a tag");
 
 // The largest record of a variable-data list: room for any row.
 constexpr std::size_t LargestListRecord() {
