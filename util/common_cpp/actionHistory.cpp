@@ -32,7 +32,8 @@ const char* const IO_ITEM_TAG = "<ioItem>";
 namespace {
 
 // The searches of one item are inlined where they are used, so that each is
-// compiled for its own tag (length and bytes known).
+// compiled for its own tag (length and bytes known). An attribute, which
+// only a macro can stand for.
 #define HOT QVS_ALWAYS_INLINE
 
 const char CDATA_OPEN[] = "<![CDATA[";
@@ -93,7 +94,8 @@ const char* const REASON_NAMES[] = {
 };
 const unsigned REASON_COUNT = sizeof(REASON_NAMES) / sizeof(REASON_NAMES[0]);
 
-// Trace locations.
+// Trace locations: a macro, as each must be one string literal made when
+// compiling.
 #define AH_LOC(line) LS_LOC("util/common_cpp/actionHistory", line)
 
 template <typename T>
@@ -132,6 +134,7 @@ constexpr bool closes(std::string_view open, std::string_view close) {
            close[1] == '/' && close.substr(2) == open.substr(1);
 }
 
+// A macro, as the check's message is the tag's literal joined to a text.
 #define TAG_PAIR(name, open, close)                                                             \
     static_assert(closes(open, close), "closing tag of " open);                                \
     constexpr TagPair name(open, close)

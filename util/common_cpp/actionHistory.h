@@ -186,7 +186,10 @@ private:
 // How each item's fields are shown as data (the JSON printer): one table per
 // item kind, F(accessor, kind, member name), the member name being the same
 // for the same field in every kind of file (a verify report's records too),
-// the kind one of FieldKinds.
+// the kind one of FieldKinds. Lists of macro calls, in the manner of a .def
+// file: each use expands them into straight-line code with a static of its
+// own per field (the JSON member names, made once); a template walking a
+// tuple of such entries would share one static among fields of one type.
 
 #define TOD_ITEM_FIELDS(F)                                                                      \
     F(Key, Key, "key") F(Zid, Id, "zid") F(PZid, Id, "parent_zid") F(Flag, Quantity, "flag")    \

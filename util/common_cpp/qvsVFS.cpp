@@ -16,6 +16,7 @@
 #include <stdexcept>
 #include <vector>
 
+// A macro, as the location must be one string literal made when compiling.
 #define VFS_LOC(line) LS_LOC("util/common_cpp/qvsVFS", line)
 
 namespace {

@@ -21,6 +21,7 @@
 #include <new>
 #include <stdexcept>
 
+// A macro, as the location must be one string literal made when compiling.
 #define VF_LOC(line) LS_LOC("util/common_cpp/verifyFile", line)
 
 namespace {

@@ -243,6 +243,8 @@ struct ItemFields {
         properties = properties + ItemMembers(name, kind);
     }
 };
+// The item tables are lists of macro calls (see actionHistory.h); this is
+// what each entry adds to the schema.
 #define ITEM_SCHEMA_FIELD(getter, kind, name) fields.Add(name, FieldKinds::kind{});
 
 Properties MessageItemFields() {
