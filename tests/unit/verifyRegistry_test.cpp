@@ -42,7 +42,6 @@ TEST(VerifyRegistry, ListsAreToldApartByTagKindAndTitle) {
         EXPECT_GT(type.size, 0u);
         EXPECT_LE(type.size, VerifyFormat::LargestListRecord());
     }
-    EXPECT_EQ(VARIABLE_LISTS.size(), 17u);
 }
 
 // The heading as the stream's own writers would lay the table out.

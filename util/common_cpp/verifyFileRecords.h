@@ -1,6 +1,6 @@
 // verifyFileRecords.h - the records of the verify report and their registry:
 // the byte layout of the section header, the fixed records, the list records
-// and the seventeen variable-data records, and beside each record its table
+// and the variable-data records, and beside each record its table
 // (every field with where it stands and how it is shown as data; for a
 // list's records also its section tag, title and text columns). The reader's
 // dispatch, the text and JSON printers and the schema are made from these
@@ -1186,7 +1186,7 @@ static_assert(RecordTables::Covers(Layout<RAV_Action_s>::TABLE), "RAV_Action_s: 
 static_assert(RecordTables::Covers(Layout<BlockConflicts_s>::TABLE), "BlockConflicts_s: its table and its layout");
 static_assert(RecordTables::Covers(Layout<LVSkipped_s>::TABLE), "LVSkipped_s: its table and its layout");
 
-// The seventeen variable-data lists, in the order of their section tags.
+// The variable-data lists, in the order of their section tags.
 template <typename... Records> struct RecordList {};
 using VariableLists =
     RecordList<CBSV_NextLeafInvalidList_s, CBSV_InvalidBlockList_s, BTDS_BranchOutOfRangeZids_s,
