@@ -54,6 +54,62 @@ inline Value Block(std::vector<Member> members) { return Value::Object(false, st
 inline Value LineList(std::vector<Value> items) { return Value::Array(true, std::move(items)); }
 inline Value BlockList(std::vector<Value> items) { return Value::Array(false, std::move(items)); }
 
+// Out of the class, still in the header: the schema's one source includes it.
+inline Value Value::Integer(int64_t value) {
+    Value v(INTEGER);
+    v.number = value;
+    return v;
+}
+
+inline Value Value::Object(bool oneLine, std::vector<Member> members) {
+    Value v(OBJECT);
+    v.oneLine = oneLine;
+    v.Add(std::move(members));
+    return v;
+}
+
+inline Value Value::Array(bool oneLine, std::vector<Value> items) {
+    Value v(ARRAY);
+    v.oneLine = oneLine;
+    v.items = std::move(items);
+    return v;
+}
+
+inline Value& Value::Add(std::vector<Member> more) {
+    for (Member& member : more)
+        if (!member.second.Absent())
+            members.push_back(std::move(member));
+    return *this;
+}
+
+inline void Value::Write(QVS::JsonWriter& json) const {
+    switch (type) {
+    case ABSENT:
+        json.Null();
+        break;
+    case STRING:
+        json.String(text);
+        break;
+    case INTEGER:
+        json.Signed(number);
+        break;
+    case OBJECT:
+        json.BeginObject(oneLine);
+        for (const Member& member : members) {
+            json.Key(member.first);
+            member.second.Write(json);
+        }
+        json.EndObject();
+        break;
+    case ARRAY:
+        json.BeginArray(oneLine);
+        for (const Value& item : items)
+            item.Write(json);
+        json.EndArray();
+        break;
+    }
+}
+
 } // namespace SchemaValue
 
 #endif
