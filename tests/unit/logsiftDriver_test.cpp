@@ -3,12 +3,15 @@
 #include "util/common_cpp/rebuildFile.h"
 #include "util/common_cpp/verifyFile.h"
 #include "util/logsift/logsiftDriver.h"
+#include "util/logsift/logsiftView.h"
 #include "util/support/qvsError.h"
 #include "util/support/qvsStatus.h"
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <fstream>
 #include <new>
 #include <sstream>
@@ -72,6 +75,119 @@ TEST(Locate, SearchFindsThePoolsNewestFile) {
     unlink((dir + "POOL_verify_00000001_report.vbf").c_str());
     unlink((dir + "POOL_verify_0000000A_report.vbf").c_str());
     rmdir(templ);
+}
+
+class ScanDir {
+public:
+    ScanDir() {
+        char templ[] = "/tmp/logsift-scan-XXXXXX";
+        path = mkdtemp(templ);
+        path += "/";
+    }
+    ~ScanDir() {
+        if (std::system(("rm -rf '" + path + "'").c_str()) != 0)
+            std::fprintf(stderr, "could not remove %s\n", path.c_str());
+    }
+    void touch(const std::string& name) const { std::ofstream(path + name) << "x"; }
+    std::string path;
+};
+
+// What the search gives pool by pool, for the pools the scan found.
+void expectSameAsTheSearch(const std::string& dir, const std::vector<LogsiftDriver::PoolFiles>& pools) {
+    for (const LogsiftDriver::PoolFiles& pool : pools) {
+        std::string report, log;
+        if (!FindTheNewestFile(dir, pool.name, report, false))
+            report.clear();
+        if (!FindTheNewestFile(dir, pool.name, log, true))
+            log.clear();
+        EXPECT_EQ(pool.report, report) << pool.name;
+        EXPECT_EQ(pool.log, log) << pool.name;
+    }
+}
+
+TEST(ScanPools, EveryPoolTheNameRuleAllows) {
+    ScanDir dir;
+    for (const char* name :
+         {"POOL1_verify_00000010_report.vbf", "POOL1_verify_0000000f_report.vbf",
+          "POOL1_rebuild_00000003_log.xml", "my_pool_verify_00000001_report.vbf",
+          "Mixed_Case_VERIFY_0000000A_REPORT.VBF", "logsonly_rebuild_00000001_log.xml",
+          "bad_stamp_verify_zzzzzzzz_report.vbf", "short_verify_123_report.vbf",
+          "notes.txt", "POOL1_verify_00000010_report.vbf.bak", "_verify_00000001_report.vbf"})
+        dir.touch(name);
+    std::vector<LogsiftDriver::PoolFiles> pools;
+    ASSERT_EQ(LogsiftDriver::ScanPools(dir.path, pools), 0);
+    std::vector<std::string> names;
+    for (const auto& pool : pools)
+        names.push_back(pool.name);
+    EXPECT_EQ(names, (std::vector<std::string>{"", "Mixed_Case", "POOL1", "bad_stamp",
+                                               "logsonly", "my_pool"}));
+    expectSameAsTheSearch(dir.path, pools);
+    EXPECT_EQ(pools[2].report, dir.path + "POOL1_verify_00000010_report.vbf");
+    EXPECT_EQ(pools[2].log, dir.path + "POOL1_rebuild_00000003_log.xml");
+    EXPECT_EQ(pools[4].report, "");
+}
+
+TEST(ScanPools, NamesThatDifferInCaseAreOnePoolNamedByItsNewestReport) {
+    ScanDir dir;
+    dir.touch("data_verify_00000001_report.vbf");
+    dir.touch("DATA_verify_00000002_report.vbf");
+    dir.touch("Data_rebuild_00000009_log.xml");
+    std::vector<LogsiftDriver::PoolFiles> pools;
+    ASSERT_EQ(LogsiftDriver::ScanPools(dir.path, pools), 0);
+    ASSERT_EQ(pools.size(), 1u);
+    EXPECT_EQ(pools[0].name, "DATA");
+    expectSameAsTheSearch(dir.path, pools);
+}
+
+TEST(ScanPools, EqualStampsGoToTheEntryMetLastAsInTheSearch) {
+    ScanDir dir;
+    for (const char* stamp : {"00000001", "00000003", "00000002", "00000003"})
+        dir.touch(std::string("p_verify_") + stamp + "_report.vbf");
+    dir.touch("p_verify_00000003_REPORT.vbf");
+    dir.touch("P_verify_00000003_report.VBF");
+    std::vector<LogsiftDriver::PoolFiles> pools;
+    ASSERT_EQ(LogsiftDriver::ScanPools(dir.path, pools), 0);
+    ASSERT_EQ(pools.size(), 1u);
+    expectSameAsTheSearch(dir.path, pools);
+}
+
+TEST(ScanPools, AThousandPoolsAgreeWithTheSearch) {
+    ScanDir dir;
+    for (int i = 0; i < 1000; ++i) {
+        char name[64];
+        std::snprintf(name, sizeof name, "pool%04d_verify_%08x_report.vbf", i, 100 + i % 7);
+        dir.touch(name);
+        std::snprintf(name, sizeof name, "pool%04d_verify_%08x_report.vbf", i, 3);
+        dir.touch(name);
+        if (i % 3 == 0) {
+            std::snprintf(name, sizeof name, "pool%04d_rebuild_%08x_log.xml", i, i);
+            dir.touch(name);
+        }
+    }
+    std::vector<LogsiftDriver::PoolFiles> pools;
+    ASSERT_EQ(LogsiftDriver::ScanPools(dir.path, pools), 0);
+    ASSERT_EQ(pools.size(), 1000u);
+    EXPECT_EQ(pools.front().name, "pool0000");
+    EXPECT_EQ(pools.back().name, "pool0999");
+    // The search reads the directory once per pool: a sample of them.
+    std::vector<LogsiftDriver::PoolFiles> sample;
+    for (std::size_t i = 0; i < pools.size(); i += 37)
+        sample.push_back(pools[i]);
+    expectSameAsTheSearch(dir.path, sample);
+}
+
+TEST(ScanPools, DirectoryThatCannotBeReadGivesItsErrno) {
+    std::vector<LogsiftDriver::PoolFiles> pools{{"stale", "", ""}};
+    EXPECT_EQ(LogsiftDriver::ScanPools("/nonexistent-rav-directory/", pools), ENOENT);
+}
+
+TEST(ScanPools, DirectoryWithoutReportsHasNoPools) {
+    ScanDir dir;
+    dir.touch("readme.txt");
+    dir.touch("pool_verify_00000001_report.vbf.tmp");
+    std::vector<LogsiftDriver::PoolFiles> pools;
+    ASSERT_EQ(LogsiftDriver::ScanPools(dir.path, pools), 0);
+    EXPECT_TRUE(pools.empty());
 }
 
 TEST(FailureStatus, OwnStatusMemoryOrBadParameter) {

@@ -15,6 +15,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <map>
 #include <new>
 
 #include <dirent.h>
@@ -92,6 +93,90 @@ bool FindTheNewestFile(const std::string& directory, const std::string& poolName
     closedir(dir);
     return found;
 }
+
+// ---------------------------------------------------------------- every pool
+
+namespace {
+
+// The pool part of a file of `kind`: all before its fixed tail, when the
+// name matches for that pool.
+bool poolOf(const std::string& fileName, bool rebuildLog, std::string& pool,
+            unsigned long long* stamp) {
+    const std::size_t tail = (rebuildLog ? sizeof "_rebuild_" + sizeof "_log.xml"
+                                         : sizeof "_verify_" + sizeof "_report.vbf") -
+                             2 + STAMP_LENGTH;
+    if (fileName.size() < tail)
+        return false;
+    pool.assign(fileName, 0, fileName.size() - tail);
+    return rebuildLog ? IsARebuildLogFile(pool, fileName, stamp)
+                      : IsAVerifyReportFile(pool, fileName, stamp);
+}
+
+// The newest file of one kind, by the search's rule: a stamp not below the
+// best so far wins, so among equal stamps the entry met last.
+struct Newest {
+    bool found = false;
+    unsigned long long stamp = 0;
+    std::string name; // the pool as this file gives it
+    std::string path;
+
+    void Offer(unsigned long long candidate, const std::string& pool, const std::string& file) {
+        if (found && candidate < stamp)
+            return;
+        found = true;
+        stamp = candidate;
+        name = pool;
+        path = file;
+    }
+};
+
+} // namespace
+
+namespace LogsiftDriver {
+
+int ScanPools(const std::string& directory, std::vector<PoolFiles>& pools) {
+    DIR* dir = opendir(directory.c_str());
+    if (dir == nullptr)
+        return errno;
+    struct Found {
+        Newest report;
+        Newest log;
+    };
+    std::map<std::string, Found> byKey; // the name in upper case
+    int status = 0;
+    std::string pool;
+    for (;;) {
+        errno = 0;
+        struct dirent* entry = readdir(dir);
+        if (entry == nullptr) {
+            if (errno != 0 && errno != ENOENT)
+                status = errno;
+            break;
+        }
+        const std::string name = entry->d_name;
+        for (bool rebuildLog : {false, true}) {
+            unsigned long long stamp = 0;
+            if (!poolOf(name, rebuildLog, pool, &stamp))
+                continue;
+            Found& found = byKey[UpperCase(pool)];
+            (rebuildLog ? found.log : found.report).Offer(stamp, pool, directory + name);
+        }
+    }
+    closedir(dir);
+    pools.clear();
+    for (auto& [key, found] : byKey) {
+        PoolFiles files;
+        files.name = found.report.found ? found.report.name : found.log.name;
+        files.report = std::move(found.report.path);
+        files.log = std::move(found.log.path);
+        pools.push_back(std::move(files));
+    }
+    std::stable_sort(pools.begin(), pools.end(),
+                     [](const PoolFiles& a, const PoolFiles& b) { return a.name < b.name; });
+    return status;
+}
+
+} // namespace LogsiftDriver
 
 // ---------------------------------------------------------------- the driver
 

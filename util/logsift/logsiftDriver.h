@@ -9,6 +9,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 class RebuildFile;
 class VerifyFile;
@@ -36,6 +37,22 @@ struct Source {
 
 // The named file, or the pool's newest file of the type in `directory`.
 Source Locate(const FileType& type, const std::string& operand, const std::string& directory);
+
+// One pool of the RAV directory: its name as its newest file gives it, and
+// the newest verify report and rebuild log the search finds for it (empty
+// where it has none).
+struct PoolFiles {
+    std::string name;
+    std::string report;
+    std::string log;
+};
+
+// Every pool with a report or a log in `directory`, in the byte order of
+// their names, from one reading of the directory: the same files as the
+// newest-file search gives pool by pool. Names that differ only in case are
+// one pool, as the search takes them. 0, or the errno that stopped the
+// reading (what was read before it is kept).
+int ScanPools(const std::string& directory, std::vector<PoolFiles>& pools);
 
 // The status a failure to open a file stands for: the reader's own status,
 // out of memory, or else a bad parameter.
