@@ -15,6 +15,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <map>
 #include <new>
 
@@ -219,6 +220,23 @@ unsigned FailureStatus(const std::exception& e) {
     if (const QVSError* error = dynamic_cast<const QVSError*>(&e))
         return static_cast<unsigned>(error->status());
     return QVS::zERR_BAD_PARAMETER_VALUE;
+}
+
+std::string DescribeVerifyStatus(unsigned status) {
+    if (status >= QVS::ERRNO_STATUS_BASE)
+        return std::strerror(static_cast<int>(status - QVS::ERRNO_STATUS_BASE));
+    switch (status) {
+    case QVS::STATUS_END_OF_FILE:
+        return "the file ends inside a section";
+    case QVS::STATUS_BAD_SECTION:
+        return "a section has a bad magic or a bad size";
+    case QVS::zERR_RAV_MISSING_SECTION:
+        return "a required section is missing";
+    case QVS::zERR_NO_MEMORY:
+        return "out of memory";
+    default:
+        return "the report could not be read";
+    }
 }
 
 VerifyReading::~VerifyReading() = default;

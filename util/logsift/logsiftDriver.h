@@ -58,6 +58,9 @@ int ScanPools(const std::string& directory, std::vector<PoolFiles>& pools);
 // out of memory, or else a bad parameter.
 unsigned FailureStatus(const std::exception& e);
 
+// What a verify reader's status means, in a few words.
+std::string DescribeVerifyStatus(unsigned status);
+
 // How one program reads a verify report: each call is one step of the walk
 // in ReadVerifyReport, and each returns the run's status where it ends it.
 class VerifyReading {

@@ -16,7 +16,6 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <memory>
 #include <new>
 #include <ostream>
@@ -134,24 +133,6 @@ void end(JsonWriter& json) {
     json.Finish();
 }
 
-// What a verify reader's status means, for the error object.
-std::string describe(unsigned status) {
-    if (status >= QVS::ERRNO_STATUS_BASE)
-        return std::strerror(static_cast<int>(status - QVS::ERRNO_STATUS_BASE));
-    switch (status) {
-    case QVS::STATUS_END_OF_FILE:
-        return "the file ends inside a section";
-    case QVS::STATUS_BAD_SECTION:
-        return "a section has a bad magic or a bad size";
-    case QVS::zERR_RAV_MISSING_SECTION:
-        return "a required section is missing";
-    case QVS::zERR_NO_MEMORY:
-        return "out of memory";
-    default:
-        return "the report could not be read";
-    }
-}
-
 // The checksum of the bytes after the stored one, from the reading: null
 // when the file could not be opened or read to its end.
 void crcMember(JsonWriter& json, VerifyFile* reader) {
@@ -223,7 +204,7 @@ private:
         json.EndArray();
         if (reader != nullptr) {
             const long long offset = reader->file != nullptr ? ftello(reader->file) : -1;
-            outcome.Note(status, failure.empty() ? describe(status) : failure, offset);
+            outcome.Note(status, failure.empty() ? LogsiftDriver::DescribeVerifyStatus(status) : failure, offset);
         }
         crcMember(json, reader);
     }

@@ -1,0 +1,129 @@
+// logsiftSummary.cpp - the summaries: the driver's walks, counted.
+#include "util/logsift/logsiftSummary.h"
+
+#include "util/common_cpp/rebuildFile.h"
+#include "util/common_cpp/verifyFile.h"
+#include "util/logsift/logsiftDriver.h"
+#include "util/support/qvsStatus.h"
+
+#include <new>
+#include <ostream>
+
+#include <sys/stat.h>
+
+namespace LogsiftSummary {
+
+namespace {
+
+// The readers' own messages go nowhere: a summary shows none.
+class Nowhere : public std::ostream {
+public:
+    Nowhere() : std::ostream(nullptr) {}
+};
+
+std::string failureText(const std::exception& e) {
+    return dynamic_cast<const std::bad_alloc*>(&e) != nullptr ? "out of memory" : e.what();
+}
+
+class VerifySummaryReading : public LogsiftDriver::VerifyReading {
+public:
+    VerifySummaryReading(const std::string& path, Report& report) : path(path), report(report) {}
+
+    std::unique_ptr<VerifyFile> Open() override {
+        return std::make_unique<VerifyFile>(path, nowhere, DEBUG_MASK);
+    }
+    unsigned OpenFailed(const std::exception& e) override {
+        report.status = LogsiftDriver::FailureStatus(e);
+        report.failure = failureText(e);
+        return report.status;
+    }
+    void Start(VerifyFile& reader) override {
+        report.opened = true;
+        reader.SetPrinter(printer);
+    }
+    unsigned Finished(VerifyFile&, unsigned status) override {
+        report.status = status;
+        if (status != 0)
+            report.failure = LogsiftDriver::DescribeVerifyStatus(status);
+        report.summary = printer.Summary();
+        return status;
+    }
+    unsigned Threw(VerifyFile&, const std::exception& e) override {
+        report.status = dynamic_cast<const std::bad_alloc*>(&e) != nullptr
+                            ? QVS::zERR_NO_MEMORY
+                            : QVS::zERR_BAD_PARAMETER_VALUE;
+        report.failure = failureText(e);
+        report.summary = printer.Summary();
+        return report.status;
+    }
+
+private:
+    const std::string& path;
+    Report& report;
+    Nowhere nowhere;
+    VerifySummaryPrinter printer;
+};
+
+class RebuildSummaryReading : public LogsiftDriver::RebuildReading {
+public:
+    RebuildSummaryReading(const std::string& path, Log& log) : path(path), log(log) {}
+
+    std::unique_ptr<RebuildFile> Open() override {
+        return std::make_unique<RebuildFile>(path, nowhere, DEBUG_MASK);
+    }
+    unsigned OpenFailed(const std::exception& e) override {
+        log.status = LogsiftDriver::FailureStatus(e);
+        log.failure = failureText(e);
+        return log.status;
+    }
+    void Start(RebuildFile& file) override {
+        log.opened = true;
+        file.SetPrinter(printer);
+    }
+    void MessagesRead(unsigned) override {}
+    bool Lookup() const override { return false; }
+    const std::string& Server() const override { return server; }
+    unsigned Finished(RebuildFile&, unsigned) override {
+        const RebuildSummary& summary = printer.Summary();
+        log.status = summary.messageStatus != 0 ? summary.messageStatus : summary.todStatus;
+        if (log.status != 0)
+            log.failure = "a walk of the log ended at a damaged item";
+        return log.status;
+    }
+    unsigned Threw(RebuildFile&, const std::exception& e) override {
+        log.status = dynamic_cast<const std::bad_alloc*>(&e) != nullptr
+                         ? QVS::zERR_NO_MEMORY
+                         : QVS::zERR_BAD_PARAMETER_VALUE;
+        log.failure = failureText(e);
+        return log.status;
+    }
+    void Done(RebuildFile&) override { log.summary = printer.Summary(); }
+
+private:
+    const std::string& path;
+    Log& log;
+    const std::string server;
+    Nowhere nowhere;
+    RebuildSummaryPrinter printer;
+};
+
+} // namespace
+
+Report ReadReport(const std::string& path) {
+    Report report;
+    VerifySummaryReading reading(path, report);
+    LogsiftDriver::ReadVerifyReport(reading);
+    return report;
+}
+
+Log ReadLog(const std::string& path) {
+    Log log;
+    struct stat info;
+    if (stat(path.c_str(), &info) == 0)
+        log.modified = static_cast<int64_t>(info.st_mtime);
+    RebuildSummaryReading reading(path, log);
+    LogsiftDriver::ReadRebuildLog(reading);
+    return log;
+}
+
+} // namespace LogsiftSummary
