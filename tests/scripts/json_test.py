@@ -248,7 +248,7 @@ with tempfile.TemporaryDirectory() as scratch:
         f.write(WRAPPER)
     os.chmod(wrapper, 0o755)
     twins = [case for case in sorted(os.listdir(CASES))
-             if not case.startswith(("cli_", "out_", "json_", "start_"))
+             if not case.startswith(("cli_", "out_", "json_", "start_", "status_"))
              and "_terminal_" not in case]
     for case in twins[SHARD::SHARDS]:
         text_work = os.path.join(scratch, case + ".text")

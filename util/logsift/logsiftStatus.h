@@ -16,7 +16,8 @@ extern const char* const PROGRAM;
 
 // Exit statuses, as logsift-json's: 0; 1 a command-line error; 2 a file
 // could not be read whole, a named pool has none, or the directory could not
-// be read; 4 added when a pool's newest verify report found errors.
+// be read or holds no pool's file; 4 added when a pool's newest verify report
+// found errors.
 constexpr int EXIT_COMMAND_LINE = 1;
 constexpr int EXIT_NOT_READ = 2;
 constexpr int EXIT_ERRORS_FOUND = 4;

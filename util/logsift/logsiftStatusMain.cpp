@@ -33,7 +33,8 @@ const char* const USAGE =
     "\n"
     "Exit status: 0 every file was read whole; 1 a command-line error; 2 a file\n"
     "could not be read whole, a named pool has no file, or the directory could\n"
-    "not be read; 4 is added when a pool's newest verify report found errors.\n";
+    "not be read or holds no file of a pool; 4 is added when a pool's newest\n"
+    "verify report found errors.\n";
 
 const struct option LONG_OPTIONS[] = {
     {"help", no_argument, nullptr, 'h'},
@@ -91,6 +92,10 @@ int status(int argc, char** argv) {
     if (scan != 0) {
         std::cerr << PROGRAM << ": cannot read directory " << directory << ": "
                   << std::strerror(scan) << "\n";
+        exit |= LogsiftStatus::EXIT_NOT_READ;
+    } else if (pools.empty()) {
+        // Nothing to read is nothing read: a wrong directory must not pass.
+        std::cerr << PROGRAM << ": no verify report or rebuild log in " << directory << "\n";
         exit |= LogsiftStatus::EXIT_NOT_READ;
     }
     reportFailures(directory, pools);
