@@ -29,9 +29,9 @@ $(BUILD_DIR)/CMakeCache.txt:
 build: $(BUILD_DIR)/CMakeCache.txt
 	cmake --build $(BUILD_DIR) -j $(JOBS)
 
-# The two programs alone.
+# The programs alone.
 tool: $(BUILD_DIR)/CMakeCache.txt
-	cmake --build $(BUILD_DIR) -j $(JOBS) --target logsift logsift-json
+	cmake --build $(BUILD_DIR) -j $(JOBS) --target logsift logsift-json logsift-status
 
 # Builds the tool (and the simulated administration volume where libfuse3 is
 # there), then shows it on the bundled sample files. The build's messages go

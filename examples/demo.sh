@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# demo.sh - shows logsift and logsift-json on the bundled sample files, each
-# in part (a few screens in all), and says how to see the rest.
+# demo.sh - shows logsift, logsift-json and logsift-status on the bundled
+# sample files, each in part (a few screens in all), and says how to see the
+# rest.
 #   demo.sh LOGSIFT
 # Everything it makes stays in the build directory beside LOGSIFT: the
 # sample verify report built from its readable description, a RAV directory,
@@ -92,6 +93,10 @@ if command -v jq >/dev/null; then
 else
     [ -f sample_verify.vbf ] && show "logsift-json vbf sample_verify.vbf" "head -n 12"
 fi
+
+echo "== Every pool of the RAV directory at a glance, from its newest report and log"
+echo
+show "logsift-status -P rav" ""
 
 echo "To see them whole:"
 echo "  cd $out"

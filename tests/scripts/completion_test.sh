@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
-# completion_test.sh COMPLETION - the bash completion as a user meets it: an
-# interactive bash on a pseudo-terminal (a tmux pane), keys typed into it,
-# the screen read back. Everything is checked twice: with the bash-completion
-# package's library loaded, and without it.
+# completion_test.sh COMPLETION PROGRAMS - the bash completion as a user
+# meets it: an interactive bash on a pseudo-terminal (a tmux pane), with the
+# bash-completion package's library loaded (which alone loads the file) and
+# the built programs (directory PROGRAMS) on the PATH, keys typed into it,
+# the screen read back.
 #
 # After the Tab key a marker (X) is typed, so that the screen shows exactly
 # what the completion inserted, a trailing blank included; a number of its own
@@ -10,6 +11,7 @@
 # that is on the screen.
 set -u
 completion=$(cd "$(dirname "$1")" && pwd)/$(basename "$1")
+programs=$(cd "$2" && pwd)
 command -v tmux >/dev/null || { echo "skipped: tmux is missing"; exit 77; }
 library=/usr/share/bash-completion/bash_completion
 [ -f "$library" ] || { echo "skipped: the bash-completion package is missing"; exit 77; }
@@ -57,7 +59,7 @@ start() {
         tmux -S "$socket" kill-server 2>/dev/null
         servers=$((servers + 1))
         socket=$work/tmux.$servers.socket
-        env -i HOME="$work" TERM=xterm PATH="$PATH" LC_ALL=C \
+        env -i HOME="$work" TERM=xterm PATH="$programs:$PATH" LC_ALL=C \
             tmux -S "$socket" new-session -d -s t -x 200 -y 50 \
             "bash --noprofile --rcfile '$work/rc' -i" || continue
         for _ in $(seq 100); do
@@ -102,8 +104,9 @@ check() {
     fi
 }
 
-for mode in with-bash-completion without-bash-completion; do
-    if [ "$mode" = with-bash-completion ]; then start yes; else start no; fi
+mode=with-bash-completion
+start yes
+{
     check "option with = gets no blank" "logsift --pa" "logsift --path=X"
     check "verbose value" "logsift --verb" "logsift --verbose=X"
     check "verbose value then the file type" "logsift --verbose=3 vb" "logsift --verbose=3 vbfX" \
@@ -111,9 +114,10 @@ for mode in with-bash-completion without-bash-completion; do
     check "file types" "logsift -a rt" "logsift -a rtfX" "rtf rtfn"
     check "directory after --path=" "logsift --path=ra" "logsift --path=rav/X"
     check "directory after -P" "logsift -P oth" "logsift -P other/X"
-    check "pool after --path=DIR" "logsift --path=rav vbfn P" "logsift --path=rav vbfn POOL1 X"
+    # POOL1 and pool1 are one pool, named by its newest report.
+    check "pool after --path=DIR" "logsift --path=rav vbfn p" "logsift --path=rav vbfn pool1 X"
     check "pools listed" "logsift --path=rav vbfn " "logsift --path=rav vbfn X" \
-        "Data POOL1 my pool pool1"
+        "Data my pool pool1"
     check "pool name with a blank" "logsift -P rav vbfn my" "logsift -P rav vbfn my\\ pool X"
     check "rebuild pools" "logsift --path rav rtfn " "logsift --path rav rtfn Logs X"
     check "-P value quoted" 'logsift -P "dir with space" vbfn ' \
@@ -130,6 +134,13 @@ for mode in with-bash-completion without-bash-completion; do
     check "logsift-json pools" "logsift-json --path=rav rtfn " "logsift-json --path=rav rtfn Logs X"
     check "logsift-json file types" "logsift-json --no-lookup r" "logsift-json --no-lookup rtfX" \
         "rtf rtfn"
-done
-[ "$fail" = 0 ] && echo "completion ok (with and without bash-completion)"
+    check "logsift-status pools" "logsift-status -P rav " "logsift-status -P rav X" \
+        "Data Logs my pool pool1"
+    check "logsift-status a second pool" "logsift-status -P rav Data L" \
+        "logsift-status -P rav Data Logs X"
+    check "logsift-status options" "logsift-status --li" "logsift-status --listX" \
+        "--list --list="
+    check "logsift-status list types" "logsift-status --list=r" "logsift-status --list=rtfn X"
+}
+[ "$fail" = 0 ] && echo "completion ok"
 exit "$fail"

@@ -19,7 +19,8 @@ fi
 [ "$(echo "$usage" | wc -l)" -eq 7 ] || { echo "expected 7 options, got: $usage"; fail=1; }
 # Every file type and the two files are documented.
 for word in rtf rtfn vbf vbfn /var/opt/kestrel/log/qvs/rav/ /_admin/Manage_QVS/manage.cmd \
-            NAME SYNOPSIS DESCRIPTION OPTIONS FILETYPES FILES "EXIT STATUS" EXAMPLES "SEE ALSO"; do
+            NAME SYNOPSIS DESCRIPTION OPTIONS FILETYPES ENVIRONMENT FILES "EXIT STATUS" EXAMPLES \
+            "SEE ALSO" 'logsift\-json (1)' 'logsift\-status (1)'; do
     grep -q -F -- "$word" "$page" || { echo "manual page lacks $word"; fail=1; }
 done
 [ "$fail" = 0 ] && echo "manual page ok"

@@ -33,14 +33,21 @@ version=$("$work/root/usr/bin/logsift" --version | head -n 1)
 zcat "$work/root/usr/share/man/man1/logsift.1.gz" | grep -q '^\.TH LOGSIFT' ||
     { echo "the manual page does not unpack"; fail=1; }
 
+for program in logsift-json logsift-status; do
+    "$work/root/usr/bin/$program" --version | grep -q -x "$program (QVS) 1.00" ||
+        { echo "$program does not run from the package"; fail=1; }
+done
+
 if [ "$hardened" = ON ]; then
-    bin=$work/root/usr/bin/logsift
-    readelf -h "$bin" | grep -q 'Type: *DYN' || { echo "not a position-independent executable"; fail=1; }
-    readelf -d "$bin" | grep -q 'BIND_NOW' || { echo "no immediate binding (-z now)"; fail=1; }
-    readelf -l "$bin" | grep -q 'GNU_RELRO' || { echo "no RELRO segment"; fail=1; }
-    syms=$(readelf --dyn-syms -W "$bin")
-    grep -q '__stack_chk_fail' <<<"$syms" || { echo "no stack protector"; fail=1; }
-    grep -q '_chk@' <<<"$syms" || { echo "no fortified functions"; fail=1; }
+    for program in logsift logsift-json logsift-status; do
+        bin=$work/root/usr/bin/$program
+        readelf -h "$bin" | grep -q 'Type: *DYN' || { echo "$program: not a position-independent executable"; fail=1; }
+        readelf -d "$bin" | grep -q 'BIND_NOW' || { echo "$program: no immediate binding (-z now)"; fail=1; }
+        readelf -l "$bin" | grep -q 'GNU_RELRO' || { echo "$program: no RELRO segment"; fail=1; }
+        syms=$(readelf --dyn-syms -W "$bin")
+        grep -q '__stack_chk_fail' <<<"$syms" || { echo "$program: no stack protector"; fail=1; }
+        grep -q '_chk@' <<<"$syms" || { echo "$program: no fortified functions"; fail=1; }
+    done
 fi
 [ "$fail" = 0 ] && echo "package ok: $(basename "$deb")"
 exit "$fail"

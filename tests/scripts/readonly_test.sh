@@ -66,6 +66,13 @@ for switches in "" -a "-a -H -o" "-V 0xffffffff"; do
     run $switches -P rav vbfn nopool; run $switches -P rav rtfn nopool
     count=$((count + 6))
 done
+# logsift-status over every pool, over pools named, and their names alone.
+status=$(dirname "$logsift")/logsift-status
+if mine; then
+    (cd "$tree" || exit; "$status" -P rav; "$status" -P rav POOL1 DATA1 nopool
+        "$status" -P rav --list) >/dev/null 2>&1 </dev/null
+    count=$((count + 3))
+fi
 # The lookups through a simulated storage system, when one can be mounted.
 looked=0
 if mine && LOGSIFT=$logsift bash "$with_admin" --private --state "$work/state.txt" /_admin -- true 2>/dev/null; then

@@ -28,6 +28,9 @@ const char* const USAGE =
     "\n"
     "  -P, --path=PATH      directory of the RAV files\n"
     "                       (default /var/opt/kestrel/log/qvs/rav/)\n"
+    "      --list[=TYPE]    only the pools' names, one per line, from the\n"
+    "                       directory alone (no file is read): every pool, or\n"
+    "                       those that TYPE vbfn or rtfn finds a file for\n"
     "  -h, --help           display this help and exit\n"
     "  -v, --version        display version information and exit\n"
     "\n"
@@ -40,8 +43,26 @@ const struct option LONG_OPTIONS[] = {
     {"help", no_argument, nullptr, 'h'},
     {"version", no_argument, nullptr, 'v'},
     {"path", required_argument, nullptr, 'P'},
+    {"list", optional_argument, nullptr, 'l'},
     {nullptr, 0, nullptr, 0},
 };
+
+// The pools' names, one per line: what the completion offers.
+int listPools(const std::string& directory, const std::string& type) {
+    std::vector<LogsiftDriver::PoolFiles> pools;
+    const int scan = LogsiftDriver::ScanPools(directory, pools);
+    for (const LogsiftDriver::PoolFiles& pool : pools) {
+        if ((type == "vbfn" && pool.report.empty()) || (type == "rtfn" && pool.log.empty()))
+            continue;
+        std::cout << pool.name << '\n';
+    }
+    if (scan == 0)
+        return 0;
+    std::cout.flush();
+    std::cerr << PROGRAM << ": cannot read directory " << directory << ": "
+              << std::strerror(scan) << "\n";
+    return LogsiftStatus::EXIT_NOT_READ;
+}
 
 int usageError() {
     std::cerr << "Try '" << PROGRAM << " --help' for more information." << std::endl;
@@ -66,6 +87,8 @@ void reportFailures(const std::string& directory,
 
 int status(int argc, char** argv) {
     std::string directory = DEFAULT_RAV_DIRECTORY;
+    bool list = false;
+    std::string listed; // the file type whose pools are listed; empty: all
     opterr = 1;
     int c;
     while ((c = getopt_long(argc, argv, "hvP:", LONG_OPTIONS, nullptr)) != -1) {
@@ -79,9 +102,24 @@ int status(int argc, char** argv) {
         case 'P':
             directory = RavDirectory(optarg);
             break;
+        case 'l':
+            list = true;
+            listed = optarg != nullptr ? optarg : "";
+            if (!listed.empty() && listed != "vbfn" && listed != "rtfn") {
+                std::cerr << PROGRAM << ": --list takes vbfn or rtfn, not '" << listed << "'\n";
+                return usageError();
+            }
+            break;
         default:
             return usageError();
         }
+    }
+    if (list) {
+        if (optind < argc) {
+            std::cerr << PROGRAM << ": --list takes no pool name\n";
+            return usageError();
+        }
+        return listPools(directory, listed);
     }
     const std::vector<std::string> named(argv + optind, argv + argc);
     std::vector<LogsiftStatus::PoolStatus> pools;
