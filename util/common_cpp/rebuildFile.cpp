@@ -265,14 +265,22 @@ unsigned RebuildFile::DisplayTODItems() {
 }
 
 unsigned long RebuildFile::ProcessTODItems(const char* channelArg) {
-    return WalkTODItems([this, channelArg](const TODItem& item) {
+    bool unnamed = false; // the channel failed, and the printer goes on without names
+    return WalkTODItems([this, channelArg, &unnamed](const TODItem& item) {
+        if (unnamed) {
+            printer->TODItemShown(item, nullptr);
+            return 0u;
+        }
         // One channel per item, as the storage system expects.
         std::optional<VFSManageCmd> channel;
         try {
             channel.emplace(flags, channelArg);
         } catch (const std::exception& e) {
-            printer->ChannelFailure(e);
-            return static_cast<unsigned>(QVS::zERR_BAD_PARAMETER_VALUE);
+            if (!printer->ChannelFailure(e))
+                return static_cast<unsigned>(QVS::zERR_BAD_PARAMETER_VALUE);
+            unnamed = true;
+            printer->TODItemShown(item, nullptr);
+            return 0u;
         }
         const NameLookup_s lookup =
             item.IsNamed() ? LookupNamed(*channel, item) : LookupUnnamed(*channel, item);
@@ -395,8 +403,10 @@ void RebuildTextPrinter::TODItemShown(TODItem const& item, NameLookup_s const* l
         << "\n";
 }
 
-void RebuildTextPrinter::ChannelFailure(std::exception const& failure) {
+// The text ends the walk there, as the viewer always has.
+bool RebuildTextPrinter::ChannelFailure(std::exception const& failure) {
     out << "Unable to create VFSManageCmd:  " << failure.what() << "\n";
+    return false;
 }
 
 void RebuildTextPrinter::TODItemsEnd(unsigned long found, unsigned long ignored, unsigned,

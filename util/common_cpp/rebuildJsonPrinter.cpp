@@ -134,7 +134,16 @@ void RebuildJsonPrinter::WriteTODItem(TODItem const& item, bool isIgnored,
     json.Member("reason_name", item.GetReasonName());
     json.Member("ignored", isIgnored);
     json.Key("lookup");
-    if (lookup == nullptr) {
+    if (lookup == nullptr && channelStatus != 0 && !isIgnored) {
+        // Names were to be asked and could not be.
+        json.BeginObject(true);
+        json.Member("outcome", NOT_ASKED);
+        json.MemberSigned("code", 0);
+        JsonFields::StatusMember(json, "status", channelStatus);
+        json.Member("retried_as_name_type_0", false);
+        json.Member("message", channelFailure);
+        json.EndObject();
+    } else if (lookup == nullptr) {
         json.Null();
     } else {
         json.BeginObject(true);
@@ -169,10 +178,14 @@ void RebuildJsonPrinter::TODItemShown(TODItem const& item, NameLookup_s const* l
     WriteTODItem(item, false, lookup);
 }
 
-void RebuildJsonPrinter::ChannelFailure(std::exception const& e) {
+bool RebuildJsonPrinter::ChannelFailure(std::exception const& e) {
     const bool outOfMemory = dynamic_cast<std::bad_alloc const*>(&e) != nullptr;
     channelStatus = outOfMemory ? QVS::zERR_NO_MEMORY : QVS::zERR_BAD_PARAMETER_VALUE;
-    Stopped(channelStatus, false, 0, std::string("Unable to create VFSManageCmd: ") + e.what());
+    channelFailure = std::string("Unable to create VFSManageCmd: ") + e.what();
+    Stopped(channelStatus, false, 0, channelFailure);
+    // Without memory the walk stops; without a channel the items are still
+    // listed, so that no object the rebuild touched goes missing.
+    return !outOfMemory;
 }
 
 void RebuildJsonPrinter::TODItemsEnd(unsigned long found, unsigned long ignoredItems,
@@ -232,4 +245,12 @@ void RebuildJsonPrinter::EndTODItems(unsigned long found, unsigned long ignoredI
     json.Member("ended_by", endedBy);
     JsonFields::StatusMember(json, "status", walkStatus);
     json.EndObject();
+    if (channelStatus != 0 && channelStatus != QVS::zERR_NO_MEMORY) {
+        // Why no name was asked, once for the document.
+        json.Key("lookup_failure");
+        json.BeginObject(true);
+        JsonFields::StatusMember(json, "status", channelStatus);
+        json.Member("message", channelFailure);
+        json.EndObject();
+    }
 }

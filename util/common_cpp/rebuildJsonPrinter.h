@@ -20,6 +20,8 @@ public:
     static constexpr char const* NO_CHANNEL = "no_channel";
     static constexpr char const* OUT_OF_MEMORY = "out_of_memory";
     static constexpr char const* FAILURE = "failure";
+    // A lookup's outcome when no channel could be had for the names.
+    static constexpr char const* NOT_ASKED = "not_asked";
 
     // Its members go into the object open in `json` now.
     explicit RebuildJsonPrinter(QVS::JsonWriter& json);
@@ -30,7 +32,9 @@ public:
     void MessagesEnd(unsigned long found, unsigned status, unsigned long position) override;
     void IgnoredTODItem(TODItem const& item) override;
     void TODItemShown(TODItem const& item, NameLookup_s const* lookup) override;
-    void ChannelFailure(std::exception const& failure) override;
+    // Unless memory ran out, goes on: every item is listed, each with the
+    // failure in place of its lookup, and "lookup_failure" says it once.
+    bool ChannelFailure(std::exception const& failure) override;
     void TODItemsEnd(unsigned long found, unsigned long ignored, unsigned status,
                      unsigned long position) override;
 
@@ -72,8 +76,10 @@ private:
     const std::size_t depth;
     Walk messageWalk = Walk::NOT_BEGUN;
     Walk todWalk = Walk::NOT_BEGUN;
-    // The status of a channel failure, which stops the TOD walk at once.
+    // The status of a channel failure, and what it was: the walk goes on
+    // without names, unless memory ran out (which stops it at once).
     unsigned channelStatus = 0;
+    std::string channelFailure;
     unsigned long messages = 0;
     unsigned long todItems = 0;
     unsigned long ignored = 0;

@@ -36,10 +36,12 @@ public:
     // the answer of its name lookup (null when names are not looked up), and
     // the end with the counts and 0 or the status that ended the walk. A
     // management channel that cannot be had ends the walk at once, without
-    // its end; `failure` is what its constructor threw.
+    // its end, unless the printer answers true: then the walk goes on
+    // without asking again, each item shown with no lookup (null); `failure`
+    // is what the channel's constructor threw.
     virtual void IgnoredTODItem(TODItem const& item) = 0;
     virtual void TODItemShown(TODItem const& item, NameLookup_s const* lookup) = 0;
-    virtual void ChannelFailure(std::exception const& failure) = 0;
+    virtual bool ChannelFailure(std::exception const& failure) = 0;
     virtual void TODItemsEnd(unsigned long found, unsigned long ignored, unsigned status,
                              unsigned long position) = 0;
 };
@@ -56,7 +58,7 @@ public:
     void MessagesEnd(unsigned long found, unsigned status, unsigned long position) override;
     void IgnoredTODItem(TODItem const& item) override;
     void TODItemShown(TODItem const& item, NameLookup_s const* lookup) override;
-    void ChannelFailure(std::exception const& failure) override;
+    bool ChannelFailure(std::exception const& failure) override;
     void TODItemsEnd(unsigned long found, unsigned long ignored, unsigned status,
                      unsigned long position) override;
 

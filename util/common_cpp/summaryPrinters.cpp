@@ -85,7 +85,8 @@ void RebuildSummaryPrinter::TODItemShown(TODItem const& item, NameLookup_s const
         ++summary.deleted;
 }
 
-void RebuildSummaryPrinter::ChannelFailure(std::exception const&) {}
+// The summaries never ask for names.
+bool RebuildSummaryPrinter::ChannelFailure(std::exception const&) { return true; }
 
 void RebuildSummaryPrinter::TODItemsEnd(unsigned long, unsigned long, unsigned status,
                                         unsigned long) {

@@ -29,7 +29,7 @@ namespace LogsiftJson {
 
 const char* const PROGRAM = "logsift-json";
 const char* const VERSION = "1.00";
-const char* const SCHEMA_VERSION = "1.0";
+const char* const SCHEMA_VERSION = "1.1";
 
 namespace {
 

@@ -270,7 +270,9 @@ Properties ActionItemFields() {
 
 // The members every document begins with, and those it ends with.
 Properties Opening(const char* kind) {
-    return P("schema_version", Const(SCHEMA_VERSION)) + P("program", Const("logsift-json")) +
+    return P("schema_version",
+             Patterned("^1\\.[0-9]+$", "1.MINOR: a later minor version only adds members")) +
+           P("program", Const("logsift-json")) +
            P("version", Typed("string")) + P("kind", Const(kind)) + P("file", Ref("file"));
 }
 
@@ -382,6 +384,11 @@ Value RebuildDocument() {
               Typed("boolean", "whether the TOD items' names were asked of the storage system")) +
             P("messages", ArrayOf("message_item")) + P("message_walk", Ref("walk"), false) +
             P("tod_items", ArrayOf("tod_item")) + P("tod_walk", Ref("walk"), false) +
+            P("lookup_failure",
+              ObjectOf("present when names were to be asked and no management channel could be "
+                       "had: every TOD item is listed all the same, its lookup not_asked",
+                       StatusOf("status") + P("message", Typed("string"))),
+              false) +
             P("action_items", ArrayOf("action_item")) +
             P("action_walk", Ref("action_walk"), false) +
             P("totals",
@@ -437,11 +444,15 @@ std::vector<Member> Definitions() {
         {"lookup",
          ObjectOf("what the storage system answered for the item's name",
                   P("outcome", Enum({"found", "call_failed", "volume_not_found",
-                                     "volume_not_active", "failed"})) +
+                                     "volume_not_active", "failed", "not_asked"})) +
                       P("code", Typed("integer", "the call's return code")) + StatusOf("status") +
                       P("retried_as_name_type_0", Typed("boolean")) +
                       P("volume_name", Typed("string"), false) +
-                      P("path", Typed("string"), false))},
+                      P("path", Typed("string"), false) +
+                      P("message",
+                        Typed("string", "not_asked: why no name could be asked (the status is "
+                                        "the management channel's)"),
+                        false))},
         {"action_item", ObjectOf("an item of the action history", ActionItemFields())},
         {"walk",
          ObjectOf("how a walk over the log's items ended",
