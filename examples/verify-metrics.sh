@@ -20,16 +20,6 @@ dir=${1:-/var/opt/kestrel/log/qvs/rav/}
 json=${LOGSIFT_JSON:-logsift-json}
 command -v jq >/dev/null || { echo "verify-metrics.sh: jq is missing" >&2; exit 1; }
 
-# The pools that have a verify report, each once, as logsift-json finds them.
-pools() {
-    local f name
-    for f in "$dir"/*; do
-        name=${f##*/}
-        [[ ${name,,} =~ ^(.+)_verify_.{8}_report\.vbf$ ]] || continue
-        printf '%s\n' "${name:0:${#BASH_REMATCH[1]}}"
-    done | sort -u
-}
-
 help() { printf '# HELP %s %s\n# TYPE %s gauge\n' "$1" "$2" "$1"; }
 help logsift_verify_read_ok "1 when the newest verify report of the pool was read whole, with a status summary"
 help logsift_verify_errors_found "1 when the pool's error word is not zero"
@@ -39,20 +29,21 @@ help logsift_verify_cross_linked_blocks "Cross-linked blocks found by the verify
 help logsift_verify_unaccounted_blocks "Blocks that no object accounts for"
 help logsift_verify_report_time_seconds "When the verify ended, in seconds since 1970"
 
-pools | while IFS= read -r pool; do
-    "$json" --path "$dir" vbfn "$pool" 2>/dev/null | jq -r --arg pool "$pool" '
-        def escaped: gsub("\\\\"; "\\\\") | gsub("\""; "\\\"") | gsub("\n"; "\\n");
-        def metric(name; value): "\(name){pool=\"\($pool | escaped)\"} \(value)";
-        (.sections // []) as $s
-        | ($s | map(select(.section == "pool")) | first) as $p
-        | ($s | map(select(.section == "status_summary")) | first) as $st
-        | metric("logsift_verify_read_ok"; if has("error") or $st == null then 0 else 1 end),
-          (if $p then metric("logsift_verify_errors_found"; if $p.errors != 0 then 1 else 0 end),
-                      metric("logsift_verify_warnings_found"; if $p.warnings != 0 then 1 else 0 end)
-           else empty end),
-          (if $st then metric("logsift_verify_blocks_verified"; $st.blocks_verified),
-                       metric("logsift_verify_cross_linked_blocks"; $st.cross_linked_blocks),
-                       metric("logsift_verify_unaccounted_blocks"; $st.unaccounted_blocks),
-                       metric("logsift_verify_report_time_seconds"; $st.verify_end_time_raw)
-           else empty end)'
-done
+# Every pool's newest report in one document, from one reading of the
+# directory: "pools" holds each pool's document, keyed by its name.
+"$json" --path "$dir" vbfn 2>/dev/null | jq -r '
+    def escaped: gsub("\\\\"; "\\\\") | gsub("\""; "\\\"") | gsub("\n"; "\\n");
+    (.pools // {}) | to_entries[] | .key as $pool | .value
+    | def metric(name; value): "\(name){pool=\"\($pool | escaped)\"} \(value)";
+      (.sections // []) as $s
+    | ($s | map(select(.section == "pool")) | first) as $p
+    | ($s | map(select(.section == "status_summary")) | first) as $st
+    | metric("logsift_verify_read_ok"; if has("error") or $st == null then 0 else 1 end),
+      (if $p then metric("logsift_verify_errors_found"; if $p.errors != 0 then 1 else 0 end),
+                  metric("logsift_verify_warnings_found"; if $p.warnings != 0 then 1 else 0 end)
+       else empty end),
+      (if $st then metric("logsift_verify_blocks_verified"; $st.blocks_verified),
+                   metric("logsift_verify_cross_linked_blocks"; $st.cross_linked_blocks),
+                   metric("logsift_verify_unaccounted_blocks"; $st.unaccounted_blocks),
+                   metric("logsift_verify_report_time_seconds"; $st.verify_end_time_raw)
+       else empty end)'

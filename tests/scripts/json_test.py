@@ -54,7 +54,39 @@ if WHAT == "schema":
               "(rebuild the jsonschema tool and write its output there)")
         sys.exit(1)
     jsonschema.Draft202012Validator.check_schema(SCHEMA)
-    print("the schema in doc/ is the field tables' and a valid draft 2020-12 schema")
+    # The documents of every kind are valid against it: summaries and every
+    # pool's, over a RAV directory of the samples and a damaged report.
+    with tempfile.TemporaryDirectory() as rav:
+        shutil.copyfile(os.path.join(FIXTURES, "examples", "sample_verify.vbf"),
+                        os.path.join(rav, "DATA1_verify_00000002_report.vbf"))
+        with open(os.path.join(rav, "BAD_verify_00000001_report.vbf"), "wb") as f:
+            f.write(b"\0" * 120)
+        shutil.copyfile(os.path.join(ROOT, "examples", "sample_rebuild.xml"),
+                        os.path.join(rav, "DATA1_rebuild_00000001_log.xml"))
+        kinds = set()
+        for args in (["--summary", "vbfn"], ["vbfn"], ["--summary", "rtfn"],
+                     ["--no-lookup", "rtfn"], ["--summary", "vbfn", "DATA1"],
+                     ["--summary", "rtfn", "NOPOOL"]):
+            done = subprocess.run([LOGSIFT_JSON, "-P", rav] + args, stdout=subprocess.PIPE,
+                                  stderr=subprocess.DEVNULL, timeout=120)
+            doc = json.loads(done.stdout)
+            kinds.add(doc["kind"])
+            for e in list(VALIDATOR.iter_errors(doc))[:3]:
+                fail(" ".join(args), "schema: %s at %s" % (e.message[:200], list(e.absolute_path)))
+            if doc["kind"] == "pools":
+                kinds.update(value["kind"] for value in doc["pools"].values())
+                later = dict(doc, schema_version="1.7")
+                if list(VALIDATOR.iter_errors(later)):
+                    fail(" ".join(args), "a later minor version 1.7 is not valid")
+                if not list(VALIDATOR.iter_errors(dict(doc, schema_version="2.0"))):
+                    fail(" ".join(args), "a major version 2.0 is valid")
+        if kinds != {"pools", "verify_summary", "rebuild_summary", "verify_report", "rebuild_log"}:
+            fail("kinds", "documents of kinds %s" % sorted(kinds))
+    if failures:
+        print("\n".join("FAIL " + f for f in failures))
+        sys.exit(1)
+    print("the schema in doc/ is the field tables' and a valid draft 2020-12 schema; "
+          "documents of every kind are valid against it")
     sys.exit(0)
 SHARD, SHARDS = (int(n) for n in WHAT.split("/"))
 

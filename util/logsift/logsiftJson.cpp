@@ -8,6 +8,7 @@
 #include "util/common_cpp/verifyFile.h"
 #include "util/common_cpp/verifyJsonPrinter.h"
 #include "util/logsift/logsiftDriver.h"
+#include "util/logsift/logsiftSummary.h"
 #include "util/support/jsonWriter.h"
 #include "util/support/memoryReserve.h"
 #include "util/support/qvsError.h"
@@ -15,6 +16,7 @@
 #include "util/support/qvsStatus.h"
 
 #include <cerrno>
+#include <cstring>
 #include <cstdio>
 #include <memory>
 #include <new>
@@ -37,12 +39,17 @@ using QVS::JsonWriter;
 
 using LogsiftDriver::Source;
 
-void begin(JsonWriter& json, const char* kind, const Source& source) {
+// The members every document begins with.
+void opening(JsonWriter& json, const char* kind) {
     json.BeginObject();
     json.Member("schema_version", SCHEMA_VERSION);
     json.Member("program", PROGRAM);
     json.Member("version", VERSION);
     json.Member("kind", kind);
+}
+
+void begin(JsonWriter& json, const char* kind, const Source& source) {
+    opening(json, kind);
     json.Key("file");
     json.BeginObject();
     json.Key("path");
@@ -128,10 +135,7 @@ void errorMember(JsonWriter& json, long status, std::string_view message, long l
     json.EndObject();
 }
 
-void end(JsonWriter& json) {
-    json.EndObject();
-    json.Finish();
-}
+void end(JsonWriter& json) { json.EndObject(); }
 
 // The checksum of the bytes after the stored one, from the reading: null
 // when the file could not be opened or read to its end.
@@ -217,8 +221,7 @@ private:
     Outcome& outcome;
 };
 
-int verifyReport(const Source& source, const Options& options, std::ostream& out) {
-    JsonWriter json(out);
+int verifyReport(const Source& source, const Options& options, JsonWriter& json) {
     begin(json, "verify_report", source);
     ReaderMessages messages;
     Outcome outcome;
@@ -424,8 +427,7 @@ private:
     bool loaded = false;
 };
 
-int rebuildLog(const Source& source, const Options& options, std::ostream& out) {
-    JsonWriter json(out);
+int rebuildLog(const Source& source, const Options& options, JsonWriter& json) {
     begin(json, "rebuild_log", source);
     json.Member("lookups", options.lookup);
     ReaderMessages messages;
@@ -463,20 +465,173 @@ int rebuildLog(const Source& source, const Options& options, std::ostream& out) 
     return outcome.status != 0 ? EXIT_NOT_READ : 0;
 }
 
+// ---------------------------------------------------------------- summaries
+
+void timeMember(JsonWriter& json, const char* name, uint64_t seconds) {
+    JsonFields::writeField(json, JsonFields::MemberKeys(name), seconds, FieldKinds::Time{});
+}
+
+// The end of a summary: its outcome, and its error when it has one.
+void summaryEnd(JsonWriter& json, unsigned status, const std::string& failure, bool errorsFound,
+                bool verify) {
+    json.Key("outcome");
+    json.BeginObject(true);
+    JsonFields::StatusMember(json, "status", status);
+    if (verify)
+        json.Member("errors_found", errorsFound);
+    json.EndObject();
+    if (status != 0)
+        errorMember(json, status, failure, -1);
+    end(json);
+}
+
+int verifySummary(const Source& source, JsonWriter& json) {
+    begin(json, "verify_summary", source);
+    LogsiftSummary::Report report;
+    if (source.path.empty()) {
+        report.status = QVS::STATUS_NO_MATCHING_FILE;
+        report.failure = noFile(source, "verify report");
+    } else {
+        report = LogsiftSummary::ReadReport(source.path);
+    }
+    const VerifySummary& s = report.summary;
+    json.Key("summary");
+    json.BeginObject();
+    json.Member("verdict", source.path.empty() ? "no report"
+                           : report.opened     ? VerifyVerdict(s, report.status)
+                                               : "unreadable");
+    json.Member("status_read", s.statusRead);
+    json.Member("finished", s.finished);
+    json.Member("pool_condition_determined", s.statusRead && s.result == 0);
+    timeMember(json, "verify_start_time", s.startTime);
+    timeMember(json, "verify_end_time", s.endTime);
+    json.Quantity("volumes", s.volumes);
+    json.Quantity("errors", s.errors);
+    json.Quantity("warnings", s.warnings);
+    json.Quantity("problem_lists", s.problemLists);
+    json.Quantity("problem_rows", s.problemRows);
+    json.EndObject();
+    const bool errorsFound = VerifyErrorsFound(s);
+    summaryEnd(json, report.status, report.failure, errorsFound, true);
+    return (report.status != 0 ? EXIT_NOT_READ : 0) | (errorsFound ? EXIT_ERRORS_FOUND : 0);
+}
+
+int rebuildSummary(const Source& source, JsonWriter& json) {
+    begin(json, "rebuild_summary", source);
+    LogsiftSummary::Log log;
+    if (source.path.empty()) {
+        log.status = QVS::STATUS_NO_MATCHING_FILE;
+        log.failure = noFile(source, "rebuild log");
+    } else {
+        log = LogsiftSummary::ReadLog(source.path);
+    }
+    const RebuildSummary& s = log.summary;
+    json.Key("summary");
+    json.BeginObject();
+    json.Member("loaded", log.opened);
+    timeMember(json, "modified", log.modified > 0 ? static_cast<uint64_t>(log.modified) : 0);
+    json.Quantity("messages", s.messages);
+    json.Quantity("tod_items", s.todItems + s.ignored);
+    json.Quantity("ignored_tod_items", s.ignored);
+    json.Quantity("truncated", s.truncated);
+    json.Quantity("deleted", s.deleted);
+    json.EndObject();
+    summaryEnd(json, log.status, log.failure, false, false);
+    return log.status != 0 ? EXIT_NOT_READ : 0;
+}
+
+// One document: the file's content, or its summary.
+int document(bool rebuild, const Source& source, const Options& options, JsonWriter& json) {
+    if (options.summary)
+        return rebuild ? rebuildSummary(source, json) : verifySummary(source, json);
+    return rebuild ? rebuildLog(source, options, json) : verifyReport(source, options, json);
+}
+
+// ---------------------------------------------------------------- every pool
+
+// Every pool's newest file of the type, each the document that pool alone
+// would give, keyed by the pool's name.
+int pools(const LogsiftDriver::FileType& type, const Options& options, JsonWriter& json) {
+    opening(json, "pools");
+    json.Member("file_type", type.word);
+    json.Member("directory", options.directory);
+    json.Member("summary", options.summary);
+    std::vector<LogsiftDriver::PoolFiles> found;
+    const int scan = LogsiftDriver::ScanPools(options.directory, found);
+    json.Key("pools");
+    json.BeginObject();
+    int status = 0;
+    unsigned long count = 0, notRead = 0, errorsFound = 0;
+    for (const LogsiftDriver::PoolFiles& pool : found) {
+        const std::string& path = type.rebuildLog ? pool.log : pool.report;
+        if (path.empty())
+            continue;
+        ++count;
+        json.Key(pool.name);
+        const int one = document(type.rebuildLog, Source{path, pool.name, options.directory},
+                                 options, json);
+        notRead += (one & EXIT_NOT_READ) != 0;
+        errorsFound += (one & EXIT_ERRORS_FOUND) != 0;
+        status |= one;
+    }
+    json.EndObject();
+    json.Key("totals");
+    json.BeginObject(true);
+    json.Quantity("pools", count);
+    json.Quantity("not_read", notRead);
+    json.Quantity("errors_found", errorsFound);
+    json.EndObject();
+    // The pools' own failures are in their documents; this one's is the scan's.
+    Outcome outcome;
+    if (scan != 0)
+        outcome.Note(QVS::ERRNO_STATUS_BASE + static_cast<unsigned>(scan),
+                     std::string("cannot read the directory: ") + std::strerror(scan));
+    else if (count == 0)
+        outcome.Note(QVS::STATUS_NO_MATCHING_FILE,
+                     std::string("no ") + (type.rebuildLog ? "rebuild log" : "verify report") +
+                         " of any pool in " + options.directory);
+    json.Key("outcome");
+    json.BeginObject(true);
+    JsonFields::StatusMember(json, "status", outcome.status);
+    json.EndObject();
+    if (outcome.status != 0) {
+        errorMember(json, outcome.status, outcome.failure, -1);
+        status |= EXIT_NOT_READ;
+    }
+    end(json);
+    return status;
+}
+
 } // namespace
 
+// A document of its own: the writer and the document's end.
+template <typename Write> int whole(std::ostream& out, Write write) {
+    JsonWriter json(out);
+    const int status = write(json);
+    json.Finish();
+    return status;
+}
+
 int VerifyReport(const std::string& path, const Options& options, std::ostream& out) {
-    return verifyReport(Source{path, "", ""}, options, out);
+    return whole(out, [&](JsonWriter& json) {
+        return document(false, Source{path, "", ""}, options, json);
+    });
 }
 
 int RebuildLog(const std::string& path, const Options& options, std::ostream& out) {
-    return rebuildLog(Source{path, "", ""}, options, out);
+    return whole(out, [&](JsonWriter& json) {
+        return document(true, Source{path, "", ""}, options, json);
+    });
 }
 
 int Document(const LogsiftDriver::FileType& type, const std::string& operand,
              const Options& options, std::ostream& out) {
-    const Source source = LogsiftDriver::Locate(type, operand, options.directory);
-    return type.rebuildLog ? rebuildLog(source, options, out) : verifyReport(source, options, out);
+    return whole(out, [&](JsonWriter& json) {
+        if (type.newest && operand.empty())
+            return pools(type, options, json);
+        return document(type.rebuildLog, LogsiftDriver::Locate(type, operand, options.directory),
+                        options, json);
+    });
 }
 
 int Newest(bool rebuild, const std::string& pool, const Options& options, std::ostream& out) {

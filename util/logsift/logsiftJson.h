@@ -34,13 +34,16 @@ struct Options {
     std::string server;       // the server of the management command file
     std::string directory;    // the RAV directory of the newest-file search
     unsigned debugMask = 4;   // the readers' mask (load errors are kept)
+    bool summary = false;     // counts and the verdict only, no rows
 };
 
 // Each writes one document to `out` and returns the exit status.
 int VerifyReport(const std::string& path, const Options& options, std::ostream& out);
 int RebuildLog(const std::string& path, const Options& options, std::ostream& out);
 // The document of a command line's file type and operand: the named file,
-// or the pool's newest file (a document whose error says there is none).
+// or the pool's newest file (a document whose error says there is none),
+// or, for vbfn and rtfn without a pool (an empty operand), every pool's
+// newest file, each the document that pool alone would give.
 int Document(const LogsiftDriver::FileType& type, const std::string& operand,
              const Options& options, std::ostream& out);
 // The newest file of `pool` in the RAV directory (a rebuild log or a verify

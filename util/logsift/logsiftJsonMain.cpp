@@ -19,28 +19,33 @@ using LogsiftJson::VERSION;
 
 const char* const USAGE =
     "Usage: logsift-json [OPTION]... vbf FILENAME\n"
-    "   or: logsift-json [OPTION]... vbfn POOLNAME [SERVER]\n"
+    "   or: logsift-json [OPTION]... vbfn [POOLNAME [SERVER]]\n"
     "   or: logsift-json [OPTION]... rtf FILENAME\n"
-    "   or: logsift-json [OPTION]... rtfn POOLNAME [SERVER]\n"
-    "Writes one verify report or rebuild log as one JSON document on standard output.\n"
+    "   or: logsift-json [OPTION]... rtfn [POOLNAME [SERVER]]\n"
+    "Writes one verify report or rebuild log as one JSON document on standard output;\n"
+    "vbfn and rtfn without a pool write every pool's newest one, keyed by pool.\n"
     "\n"
     "  -P, --path=PATH      directory of the RAV files for vbfn and rtfn\n"
     "                       (default /var/opt/kestrel/log/qvs/rav/)\n"
     "      --no-lookup      do not ask the storage system for the names of a\n"
     "                       rebuild log's objects\n"
+    "      --summary        only the counts and the verdict, no rows\n"
     "  -h, --help           display this help and exit\n"
     "  -v, --version        display version information and exit\n"
     "\n"
     "Exit status: 0 the file was read whole; 1 a command-line error; 2 the file\n"
     "could not be opened, read or validated, a walk could not be completed, an\n"
-    "action item could not be read, or memory ran out (the document ends with an\n"
-    "\"error\" object); 4 is added when a verify report says errors were found.\n";
+    "action item could not be read, names could not be asked, or memory ran out\n"
+    "(the document ends with an \"error\" object; for every pool, a pool's\n"
+    "document or the whole one has it); 4 is added when a verify report says\n"
+    "errors were found.\n";
 
 const struct option LONG_OPTIONS[] = {
     {"help", no_argument, nullptr, 'h'},
     {"version", no_argument, nullptr, 'v'},
     {"path", required_argument, nullptr, 'P'},
     {"no-lookup", no_argument, nullptr, 'n'},
+    {"summary", no_argument, nullptr, 's'},
     {nullptr, 0, nullptr, 0},
 };
 
@@ -70,6 +75,9 @@ int document(int argc, char** argv) {
         case 'n':
             options.lookup = false;
             break;
+        case 's':
+            options.summary = true;
+            break;
         default:
             return usageError("");
         }
@@ -82,13 +90,14 @@ int document(int argc, char** argv) {
     // A pool may be followed by the server whose command file is asked.
     const int operands = argc - optind - 1;
     const int most = type->newest ? 2 : 1;
-    if (operands < 1)
+    // vbfn and rtfn without a pool: every pool.
+    if (operands < 1 && !type->newest)
         return usageError(std::string("missing ") + type->operand + " argument.");
     if (operands > most)
         return usageError(std::string("unexpected argument - ") + argv[optind + most + 1] + ".");
     if (operands == 2)
         options.server = argv[optind + 2];
-    return LogsiftJson::Document(*type, argv[optind + 1], options, std::cout);
+    return LogsiftJson::Document(*type, operands > 0 ? argv[optind + 1] : "", options, std::cout);
 }
 
 // A document closes itself whole when memory runs out while it is made;

@@ -411,10 +411,87 @@ Value RebuildDocument() {
             Closing());
 }
 
+// The closing members of a summary: its outcome and its error.
+Properties SummaryClosing(bool verify) {
+    Properties outcome = StatusOf("status");
+    if (verify)
+        outcome = outcome + P("errors_found", Typed("boolean", "the report found errors"));
+    return P("outcome", ObjectOf("the reader's status", outcome)) + P("error", Ref("error"), false);
+}
+
+Value VerifySummaryDocument() {
+    return ObjectOf(
+        "a verify report's summary (logsift-json --summary): its counts and its verdict, no "
+        "rows",
+        Opening("verify_summary") +
+            P("summary",
+              ObjectOf(nullptr,
+                       P("verdict",
+                         Enum({"clean", "warnings", "errors", "incomplete", "no data", "damaged",
+                               "unreadable", "no report"})) +
+                           P("status_read", Typed("boolean", "the status summary was read")) +
+                           P("finished", Typed("boolean", "the final status is valid")) +
+                           P("pool_condition_determined", Typed("boolean")) +
+                           Time("verify_start_time") + Time("verify_end_time") +
+                           Quantity("volumes", "the volume sections read") +
+                           Quantity("errors", "the error conditions of the pool and its volumes") +
+                           Quantity("warnings", "the warning conditions, likewise") +
+                           Quantity("problem_lists", "the variable-data problem lists read") +
+                           Quantity("problem_rows", "their rows read"))) +
+            SummaryClosing(true));
+}
+
+Value RebuildSummaryDocument() {
+    return ObjectOf(
+        "a rebuild log's summary (logsift-json --summary): its counts, no items, no names asked; "
+        "its time is the file's modification time (the log holds none of its own)",
+        Opening("rebuild_summary") +
+            P("summary",
+              ObjectOf(nullptr,
+                       P("loaded", Typed("boolean", "the log could be loaded")) +
+                           Time("modified") +
+                           Quantity("messages", "the message items") +
+                           Quantity("tod_items", "the TOD items, the ignored ones included") +
+                           Quantity("ignored_tod_items", "the TOD items of reason 6") +
+                           Quantity("truncated", "the objects the rebuild truncated") +
+                           Quantity("deleted", "the objects the rebuild deleted"))) +
+            SummaryClosing(false));
+}
+
+Value PoolsDocument() {
+    return ObjectOf(
+        "every pool's newest file of one type (vbfn or rtfn without a pool)",
+        P("schema_version",
+          Patterned("^1\\.[0-9]+$", "1.MINOR: a later minor version only adds members")) +
+            P("program", Const("logsift-json")) + P("version", Typed("string")) +
+            P("kind", Const("pools")) + P("file_type", Enum({"vbfn", "rtfn"})) +
+            P("directory", Typed("string", "the RAV directory read")) +
+            P("summary", Typed("boolean", "whether the pools' documents are summaries")) +
+            P("pools",
+              Line({{"type", "object"},
+                    {"description", "keyed by pool name: the document that pool alone would "
+                                    "give"},
+                    {"additionalProperties",
+                     Line({{"oneOf", LineList({Ref("verify_report"), Ref("rebuild_log"),
+                                               Ref("verify_summary"),
+                                               Ref("rebuild_summary")})}})}})) +
+            P("totals", ObjectOf(nullptr, Quantity("pools", "the pools listed") +
+                                              Quantity("not_read", "the pools whose document "
+                                                                   "has an error") +
+                                              Quantity("errors_found",
+                                                       "the pools whose report found errors"))) +
+            P("outcome", ObjectOf("the directory's reading: 0, or why no pool is listed",
+                                  StatusOf("status"))) +
+            P("error", Ref("error"), false));
+}
+
 std::vector<Member> Definitions() {
     std::vector<Member> definitions = {
         {"verify_report", VerifyDocument()},
         {"rebuild_log", RebuildDocument()},
+        {"verify_summary", VerifySummaryDocument()},
+        {"rebuild_summary", RebuildSummaryDocument()},
+        {"pools", PoolsDocument()},
         {"file",
          ObjectOf("the file read",
                   P("path", Nullable("string", "null when the newest-file search found none")) +
@@ -501,12 +578,14 @@ void WriteSchema(std::ostream& out) {
         {"$id", "https://logsift/logsift-json.schema.json"},
         {"title", "logsift-json document"},
         {"description",
-         "One verify report or one rebuild log as read by logsift-json. Identifiers (GUIDs, "
+         "One verify report or one rebuild log as read by logsift-json, its summary, or every "
+         "pool's newest one. Identifiers (GUIDs, "
          "ZIDs, keys) are strings; quantities are numbers, with a decimal-string twin NAME_s "
          "from 2^53 on; every enumeration is its number and its name; times are ISO 8601 UTC "
          "with the raw value beside them. A member may be added within a major schema "
          "version; none is renamed or removed."},
-        {"oneOf", BlockList({Ref("verify_report"), Ref("rebuild_log")})},
+        {"oneOf", BlockList({Ref("verify_report"), Ref("rebuild_log"), Ref("verify_summary"),
+                             Ref("rebuild_summary"), Ref("pools")})},
         {"$defs", Block(Definitions())},
     });
     QVS::JsonWriter json(out);
