@@ -1,10 +1,12 @@
 #!/usr/bin/env python3
-"""pty_run.py [--stderr] ARGV0 PROGRAM [ARG...] - runs PROGRAM with its standard
-output on a pseudo-terminal, as a user at a terminal meets it, and prints what
-the terminal received, line by line (the terminal's CR LF line ends turned
-back into LF). Standard error is passed through, or with --stderr it goes to
-the same terminal, as at a terminal that shows both; the exit status is the
-program's.
+"""pty_run.py [--stderr | --stderr-only] ARGV0 PROGRAM [ARG...] - runs PROGRAM
+with its standard output on a pseudo-terminal, as a user at a terminal meets
+it, and prints what the terminal received, line by line (the terminal's CR LF
+line ends turned back into LF). Standard error is passed through, or with
+--stderr it goes to the same terminal, as at a terminal that shows both. With
+--stderr-only, standard error alone is on the terminal (standard output goes
+to /dev/null, as into a file) and each carriage return it receives is shown
+as <CR>. The exit status is the program's.
 """
 import os
 import pty
@@ -14,7 +16,8 @@ import sys
 def main():
     arguments = sys.argv[1:]
     both = arguments[:1] == ["--stderr"]
-    if both:
+    only_stderr = arguments[:1] == ["--stderr-only"]
+    if both or only_stderr:
         arguments = arguments[1:]
     if len(arguments) < 2:
         sys.stderr.write(__doc__)
@@ -24,7 +27,12 @@ def main():
     pid = os.fork()
     if pid == 0:
         os.close(master)
-        os.dup2(slave, 1)
+        if only_stderr:
+            null = os.open(os.devnull, os.O_WRONLY)
+            os.dup2(null, 1)
+            os.dup2(slave, 2)
+        else:
+            os.dup2(slave, 1)
         if both:
             os.dup2(slave, 2)
         os.close(slave)
@@ -44,7 +52,10 @@ def main():
         received += chunk
     _, status = os.waitpid(pid, 0)
     os.close(master)
-    sys.stdout.buffer.write(bytes(received).replace(b"\r\n", b"\n"))
+    received = bytes(received).replace(b"\r\n", b"\n")
+    if only_stderr:
+        received = received.replace(b"\r", b"<CR>")
+    sys.stdout.buffer.write(received)
     sys.stdout.flush()
     if os.WIFEXITED(status):
         return os.WEXITSTATUS(status)

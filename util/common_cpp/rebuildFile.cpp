@@ -4,6 +4,7 @@
 #include "util/common_cpp/actionHistory.h"
 #include "util/common_cpp/qvsVFS.h"
 #include "util/support/location.h"
+#include "util/support/progress.h"
 #include "util/support/qvsApp.h"
 #include "util/support/qvsError.h"
 #include "util/support/qvsStatus.h"
@@ -264,9 +265,28 @@ unsigned RebuildFile::DisplayTODItems() {
     });
 }
 
+unsigned long RebuildFile::CountLookups() {
+    TODItem item;
+    unsigned long position = 0;
+    unsigned long next = 0;
+    unsigned long count = 0;
+    while (item.FindTODItemTagAll(text, position, next) == 0) {
+        position = next;
+        if (item.GetReason() != TODItem::REASON_VISIBILITY_CLEANUP)
+            ++count;
+    }
+    return count;
+}
+
 unsigned long RebuildFile::ProcessTODItems(const char* channelArg) {
     bool unnamed = false; // the channel failed, and the printer goes on without names
-    return WalkTODItems([this, channelArg, &unnamed](const TODItem& item) {
+    // How far the lookups are, where a user watches and no trace is asked
+    // for (traces go to the same terminal).
+    std::optional<QVS::Progress> progress;
+    unsigned long looked = 0;
+    if ((flags & ~FLAG_REPORT_LOAD_ERRORS) == 0 && QVS::Progress::Wanted())
+        progress.emplace("looked up", CountLookups(), "names");
+    return WalkTODItems([this, channelArg, &unnamed, &progress, &looked](const TODItem& item) {
         if (unnamed) {
             printer->TODItemShown(item, nullptr);
             return 0u;
@@ -284,6 +304,8 @@ unsigned long RebuildFile::ProcessTODItems(const char* channelArg) {
         }
         const NameLookup_s lookup =
             item.IsNamed() ? LookupNamed(*channel, item) : LookupUnnamed(*channel, item);
+        if (progress)
+            progress->Done(++looked);
         printer->TODItemShown(item, &lookup);
         return 0u;
     });

@@ -34,6 +34,9 @@ public:
     // status that ended it; the totals are printed either way.
     unsigned DisplayTODItems();
     unsigned long ProcessTODItems(const char* channelArg);
+    // The TOD items whose names a lookup walk asks for (not those ignored
+    // for their reason).
+    unsigned long CountLookups();
     unsigned DisplayMessageItems();
 
     const std::string& Text() const { return text; }

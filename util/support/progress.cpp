@@ -1,0 +1,71 @@
+// progress.cpp - the count on standard error.
+#include "util/support/progress.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace QVS {
+
+namespace {
+
+// One write of the whole text; a terminal that takes it in part or not at
+// all loses a progress line, nothing else.
+void writeAll(const std::string& text) {
+    std::size_t done = 0;
+    while (done < text.size()) {
+        const ssize_t n = ::write(STDERR_FILENO, text.data() + done, text.size() - done);
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n <= 0)
+            return;
+        done += static_cast<std::size_t>(n);
+    }
+}
+
+} // namespace
+
+bool Progress::Wanted() {
+    if (!isatty(STDERR_FILENO))
+        return false;
+    if (!isatty(STDOUT_FILENO))
+        return true;
+    struct stat out, err;
+    if (fstat(STDOUT_FILENO, &out) != 0 || fstat(STDERR_FILENO, &err) != 0)
+        return false;
+    return out.st_rdev != err.st_rdev;
+}
+
+Progress::Progress(const char* what, unsigned long total, const char* noun)
+    : what(what), total(total), noun(noun) {
+    Show(0);
+}
+
+Progress::~Progress() {
+    // Blanks over the longest line shown, and the cursor back at its start.
+    if (longest > 0)
+        writeAll(std::string(longest, ' ') + "\r");
+}
+
+void Progress::Done(unsigned long done) {
+    const unsigned long permille =
+        total == 0 ? 1000 : static_cast<unsigned long>(std::min(done, total) * 1000.0 / total);
+    if (permille != shownPermille || done == total)
+        Show(done);
+}
+
+void Progress::Show(unsigned long done) {
+    shownPermille =
+        total == 0 ? 1000 : static_cast<unsigned long>(std::min(done, total) * 1000.0 / total);
+    // The cursor goes back to the line's start after the text, so that a
+    // message written meanwhile begins at the start of the line.
+    const std::string line =
+        what + " " + std::to_string(done) + " of " + std::to_string(total) + " " + noun;
+    longest = std::max(longest, line.size());
+    writeAll(line + "\r");
+}
+
+} // namespace QVS
