@@ -103,5 +103,25 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const unsigned long messages = log["totals"]["messages"];
     if (log["messages"].size() != messages || messages != textMessages(file.path()))
         abort();
+
+    // The summaries of the same input: the counts of the whole documents.
+    options.summary = true;
+    std::ostringstream verifySummary;
+    const int verifySummaryStatus = LogsiftJson::VerifyReport(file.path(), options, verifySummary);
+    const nlohmann::json vs = parsed(verifySummary.str());
+    if (verifySummaryStatus != verifyStatus || vs.contains("error") != report.contains("error"))
+        abort();
+    unsigned long problemRows = 0;
+    for (const auto& section : report["sections"])
+        if (section["section"] == "problem_list")
+            problemRows += section["rows"].size();
+    if (vs["summary"]["problem_rows"] != problemRows)
+        abort();
+    std::ostringstream rebuildSummary;
+    const int rebuildSummaryStatus = LogsiftJson::RebuildLog(file.path(), options, rebuildSummary);
+    const nlohmann::json rs = parsed(rebuildSummary.str());
+    if (((rebuildSummaryStatus & LogsiftJson::EXIT_NOT_READ) != 0) != rs.contains("error") ||
+        rs["summary"]["messages"] != messages)
+        abort();
     return 0;
 }

@@ -130,6 +130,7 @@ start yes
     check "nothing after the operand" "logsift vbf report.vbf " "logsift vbf report.vbf X"
     check "nothing for a missing directory" "logsift -P missing vbfn " "logsift -P missing vbfn X"
     check "logsift-json's own option" "logsift-json --no" "logsift-json --no-lookup X"
+    check "logsift-json --summary" "logsift-json --su" "logsift-json --summary X"
     check "logsift-json has no --verbose" "logsift-json --ver" "logsift-json --version X"
     check "logsift-json pools" "logsift-json --path=rav rtfn " "logsift-json --path=rav rtfn Logs X"
     check "logsift-json file types" "logsift-json --no-lookup r" "logsift-json --no-lookup rtfX" \

@@ -66,12 +66,15 @@ for switches in "" -a "-a -H -o" "-V 0xffffffff"; do
     run $switches -P rav vbfn nopool; run $switches -P rav rtfn nopool
     count=$((count + 6))
 done
-# logsift-status over every pool, over pools named, and their names alone.
+# logsift-status over every pool, over pools named, and their names alone;
+# logsift-json over every pool, whole and summed up.
 status=$(dirname "$logsift")/logsift-status
+json=$(dirname "$logsift")/logsift-json
 if mine; then
     (cd "$tree" || exit; "$status" -P rav; "$status" -P rav POOL1 DATA1 nopool
-        "$status" -P rav --list) >/dev/null 2>&1 </dev/null
-    count=$((count + 3))
+        "$status" -P rav --list; "$json" -P rav vbfn; "$json" -P rav --summary vbfn
+        "$json" -P rav --no-lookup rtfn; "$json" -P rav --summary rtfn) >/dev/null 2>&1 </dev/null
+    count=$((count + 7))
 fi
 # The lookups through a simulated storage system, when one can be mounted.
 looked=0
