@@ -135,6 +135,8 @@ struct Newest {
 
 namespace LogsiftDriver {
 
+std::string PoolKey(const std::string& name) { return UpperCase(name); }
+
 int ScanPools(const std::string& directory, std::vector<PoolFiles>& pools) {
     DIR* dir = opendir(directory.c_str());
     if (dir == nullptr)
@@ -159,7 +161,7 @@ int ScanPools(const std::string& directory, std::vector<PoolFiles>& pools) {
             unsigned long long stamp = 0;
             if (!poolOf(name, rebuildLog, pool, &stamp))
                 continue;
-            Found& found = byKey[UpperCase(pool)];
+            Found& found = byKey[PoolKey(pool)];
             (rebuildLog ? found.log : found.report).Offer(stamp, pool, directory + name);
         }
     }
@@ -220,6 +222,15 @@ unsigned FailureStatus(const std::exception& e) {
     if (const QVSError* error = dynamic_cast<const QVSError*>(&e))
         return static_cast<unsigned>(error->status());
     return QVS::zERR_BAD_PARAMETER_VALUE;
+}
+
+unsigned WalkFailureStatus(const std::exception& e) {
+    return dynamic_cast<const std::bad_alloc*>(&e) != nullptr ? QVS::zERR_NO_MEMORY
+                                                              : QVS::zERR_BAD_PARAMETER_VALUE;
+}
+
+std::string FailureText(const std::exception& e) {
+    return dynamic_cast<const std::bad_alloc*>(&e) != nullptr ? "out of memory" : e.what();
 }
 
 std::string DescribeVerifyStatus(unsigned status) {

@@ -54,9 +54,19 @@ struct PoolFiles {
 // reading (what was read before it is kept).
 int ScanPools(const std::string& directory, std::vector<PoolFiles>& pools);
 
+// What tells pools apart: the name as the search compares it (in upper
+// case, so names that differ only in case are one pool).
+std::string PoolKey(const std::string& name);
+
 // The status a failure to open a file stands for: the reader's own status,
 // out of memory, or else a bad parameter.
 unsigned FailureStatus(const std::exception& e);
+
+// The status a failure inside a walk stands for: out of memory, or else a
+// bad parameter (the readers' own failures come as statuses, not throws).
+unsigned WalkFailureStatus(const std::exception& e);
+// What a failure says: "out of memory", or the exception's own text.
+std::string FailureText(const std::exception& e);
 
 // What a verify reader's status means, in a few words.
 std::string DescribeVerifyStatus(unsigned status);

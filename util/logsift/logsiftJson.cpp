@@ -153,17 +153,6 @@ void crcMember(JsonWriter& json, VerifyFile* reader) {
     json.EndObject();
 }
 
-// What logsift-json makes of a failure inside a walk.
-unsigned walkFailure(const std::exception& e) {
-    return dynamic_cast<const std::bad_alloc*>(&e) != nullptr ? QVS::zERR_NO_MEMORY
-                                                              : QVS::zERR_BAD_PARAMETER_VALUE;
-}
-
-// A failure's text: out of memory, or what the exception says.
-std::string failureText(const std::exception& e) {
-    return dynamic_cast<const std::bad_alloc*>(&e) != nullptr ? OUT_OF_MEMORY_TEXT : e.what();
-}
-
 // The message of a newest-file search that found nothing.
 std::string noFile(const Source& source, const char* what) {
     return std::string("no ") + what + " of pool " + source.pool + " in " + source.directory;
@@ -183,8 +172,8 @@ public:
                                             VerifyFile::CrcFromReading{});
     }
     unsigned OpenFailed(const std::exception& e) override {
-        const unsigned status = walkFailure(e);
-        outcome.Note(status, failureText(e));
+        const unsigned status = LogsiftDriver::WalkFailureStatus(e);
+        outcome.Note(status, LogsiftDriver::FailureText(e));
         Sections(nullptr, 0, "");
         return status;
     }
@@ -194,8 +183,8 @@ public:
         return status;
     }
     unsigned Threw(VerifyFile& reader, const std::exception& e) override {
-        const unsigned status = walkFailure(e);
-        Sections(&reader, status, failureText(e));
+        const unsigned status = LogsiftDriver::WalkFailureStatus(e);
+        Sections(&reader, status, LogsiftDriver::FailureText(e));
         return status;
     }
 
@@ -391,7 +380,7 @@ public:
     }
     unsigned OpenFailed(const std::exception& e) override {
         const unsigned status = LogsiftDriver::FailureStatus(e);
-        outcome.Note(status, failureText(e));
+        outcome.Note(status, LogsiftDriver::FailureText(e));
         return status;
     }
     void Start(RebuildFile& log) override { log.SetPrinter(printer); }
@@ -403,7 +392,7 @@ public:
         return printer.Status();
     }
     unsigned Threw(RebuildFile&, const std::exception& e) override {
-        printer.Abandon(walkFailure(e), failureText(e));
+        printer.Abandon(LogsiftDriver::WalkFailureStatus(e), LogsiftDriver::FailureText(e));
         return printer.Status();
     }
     void Done(RebuildFile& log) override {
@@ -632,10 +621,6 @@ int Document(const LogsiftDriver::FileType& type, const std::string& operand,
         return document(type.rebuildLog, LogsiftDriver::Locate(type, operand, options.directory),
                         options, json);
     });
-}
-
-int Newest(bool rebuild, const std::string& pool, const Options& options, std::ostream& out) {
-    return Document(*LogsiftDriver::FindFileType(rebuild ? "rtfn" : "vbfn"), pool, options, out);
 }
 
 } // namespace LogsiftJson

@@ -46,9 +46,6 @@ int RebuildLog(const std::string& path, const Options& options, std::ostream& ou
 // newest file, each the document that pool alone would give.
 int Document(const LogsiftDriver::FileType& type, const std::string& operand,
              const Options& options, std::ostream& out);
-// The newest file of `pool` in the RAV directory (a rebuild log or a verify
-// report), or a document whose error says there is none.
-int Newest(bool rebuildLog, const std::string& pool, const Options& options, std::ostream& out);
 
 // Writes the JSON Schema of the documents (doc/logsift-json.schema.json),
 // made from the same field tables as the documents.

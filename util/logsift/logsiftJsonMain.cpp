@@ -3,13 +3,10 @@
 #include "util/logsift/logsiftDriver.h"
 #include "util/logsift/logsiftJson.h"
 #include "util/logsift/rvConfig.h"
-#include "util/support/memoryReserve.h"
-#include "util/support/outputWriter.h"
 #include "util/support/startup.h"
 
 #include <getopt.h>
 #include <iostream>
-#include <new>
 #include <string>
 
 namespace {
@@ -100,25 +97,10 @@ int document(int argc, char** argv) {
     return LogsiftJson::Document(*type, operands > 0 ? argv[optind + 1] : "", options, std::cout);
 }
 
-// A document closes itself whole when memory runs out while it is made;
-// this is for what comes before one (the command line, the search).
-int run(int argc, char** argv) {
-    try {
-        return document(argc, argv);
-    } catch (const std::bad_alloc&) {
-        return QVS::OutOfMemory(PROGRAM, LogsiftJson::EXIT_NOT_READ);
-    }
-}
-
 } // namespace
 
+// A document closes itself whole when memory runs out while it is made (the
+// reserve lets it); what comes before one is reported as out of memory.
 int main(int argc, char** argv) {
-    if (!QVS::OpenClosedStandardDescriptors())
-        return QVS::StartFailure(PROGRAM, LogsiftJson::EXIT_NOT_READ);
-    try {
-        QVS::MemoryReserve::Install();
-        return QVS::RunWithStandardOutput(PROGRAM, LogsiftJson::EXIT_NOT_READ, run, argc, argv);
-    } catch (const std::bad_alloc&) {
-        return QVS::OutOfMemory(PROGRAM, LogsiftJson::EXIT_NOT_READ);
-    }
+    return QVS::RunProgram(PROGRAM, LogsiftJson::EXIT_NOT_READ, document, argc, argv, true);
 }

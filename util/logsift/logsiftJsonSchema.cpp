@@ -268,13 +268,16 @@ Properties ActionItemFields() {
 
 // ---------------------------------------------------------------- the documents
 
-// The members every document begins with, and those it ends with.
-Properties Opening(const char* kind) {
+// The members every document begins with; a document of one file then
+// names it. And those it ends with.
+Properties Header(const char* kind) {
     return P("schema_version",
              Patterned("^1\\.[0-9]+$", "1.MINOR: a later minor version only adds members")) +
-           P("program", Const("logsift-json")) +
-           P("version", Typed("string")) + P("kind", Const(kind)) + P("file", Ref("file"));
+           P("program", Const("logsift-json")) + P("version", Typed("string")) +
+           P("kind", Const(kind));
 }
+
+Properties Opening(const char* kind) { return Header(kind) + P("file", Ref("file")); }
 
 Properties Closing() {
     return P("reader_messages",
@@ -461,10 +464,7 @@ Value RebuildSummaryDocument() {
 Value PoolsDocument() {
     return ObjectOf(
         "every pool's newest file of one type (vbfn or rtfn without a pool)",
-        P("schema_version",
-          Patterned("^1\\.[0-9]+$", "1.MINOR: a later minor version only adds members")) +
-            P("program", Const("logsift-json")) + P("version", Typed("string")) +
-            P("kind", Const("pools")) + P("file_type", Enum({"vbfn", "rtfn"})) +
+        Header("pools") + P("file_type", Enum({"vbfn", "rtfn"})) +
             P("directory", Typed("string", "the RAV directory read")) +
             P("summary", Typed("boolean", "whether the pools' documents are summaries")) +
             P("pools",

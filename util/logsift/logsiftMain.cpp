@@ -1,11 +1,9 @@
 // logsiftMain.cpp - program entry: reads the command line and views one file.
 #include "util/logsift/logsiftView.h"
 #include "util/logsift/rvConfig.h"
-#include "util/support/outputWriter.h"
 #include "util/support/startup.h"
 
 #include <iostream>
-#include <new>
 
 namespace {
 
@@ -33,24 +31,6 @@ int view(int argc, char** argv) {
     return 0;
 }
 
-// The views report a lack of memory themselves; this is for what comes
-// before and between them (the command line, the settings, the search).
-int run(int argc, char** argv) {
-    try {
-        return view(argc, argv);
-    } catch (const std::bad_alloc&) {
-        return QVS::OutOfMemory("logsift", 1);
-    }
-}
-
 } // namespace
 
-int main(int argc, char** argv) {
-    if (!QVS::OpenClosedStandardDescriptors())
-        return QVS::StartFailure("logsift", 1);
-    try {
-        return QVS::RunWithStandardOutput("logsift", 1, run, argc, argv);
-    } catch (const std::bad_alloc&) {
-        return QVS::OutOfMemory("logsift", 1);
-    }
-}
+int main(int argc, char** argv) { return QVS::RunProgram("logsift", 1, view, argc, argv); }

@@ -5,7 +5,7 @@
 #include "util/support/line.h"
 
 #include <algorithm>
-#include <cctype>
+#include <map>
 #include <string>
 
 namespace LogsiftStatus {
@@ -13,12 +13,6 @@ namespace LogsiftStatus {
 const char* const PROGRAM = "logsift-status";
 
 namespace {
-
-std::string upper(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
-    return text;
-}
 
 std::string timeText(int64_t seconds) {
     if (seconds <= 0)
@@ -106,18 +100,16 @@ int Collect(const std::string& directory, const std::vector<std::string>& named,
             pools.push_back(std::move(pool));
         }
     } else {
+        std::map<std::string, const LogsiftDriver::PoolFiles*> byKey;
+        for (const LogsiftDriver::PoolFiles& files : found)
+            byKey.emplace(LogsiftDriver::PoolKey(files.name), &files);
         for (const std::string& name : named) {
             PoolStatus pool;
             pool.files.name = name;
-            pool.found = false;
-            const std::string key = upper(name);
-            for (const LogsiftDriver::PoolFiles& files : found) {
-                if (upper(files.name) == key) {
-                    pool.files = files;
-                    pool.found = true;
-                    break;
-                }
-            }
+            const auto known = byKey.find(LogsiftDriver::PoolKey(name));
+            pool.found = known != byKey.end();
+            if (pool.found)
+                pool.files = *known->second;
             pools.push_back(std::move(pool));
         }
     }

@@ -2,13 +2,11 @@
 // its newest verify report and newest rebuild log.
 #include "util/logsift/logsiftStatus.h"
 #include "util/logsift/rvConfig.h"
-#include "util/support/outputWriter.h"
 #include "util/support/startup.h"
 
 #include <cstring>
 #include <getopt.h>
 #include <iostream>
-#include <new>
 #include <string>
 #include <vector>
 
@@ -140,22 +138,8 @@ int status(int argc, char** argv) {
     return exit;
 }
 
-int run(int argc, char** argv) {
-    try {
-        return status(argc, argv);
-    } catch (const std::bad_alloc&) {
-        return QVS::OutOfMemory(PROGRAM, LogsiftStatus::EXIT_NOT_READ);
-    }
-}
-
 } // namespace
 
 int main(int argc, char** argv) {
-    if (!QVS::OpenClosedStandardDescriptors())
-        return QVS::StartFailure(PROGRAM, LogsiftStatus::EXIT_NOT_READ);
-    try {
-        return QVS::RunWithStandardOutput(PROGRAM, LogsiftStatus::EXIT_NOT_READ, run, argc, argv);
-    } catch (const std::bad_alloc&) {
-        return QVS::OutOfMemory(PROGRAM, LogsiftStatus::EXIT_NOT_READ);
-    }
+    return QVS::RunProgram(PROGRAM, LogsiftStatus::EXIT_NOT_READ, status, argc, argv);
 }

@@ -6,7 +6,6 @@
 #include "util/logsift/logsiftDriver.h"
 #include "util/support/qvsStatus.h"
 
-#include <new>
 #include <ostream>
 
 #include <sys/stat.h>
@@ -21,10 +20,6 @@ public:
     Nowhere() : std::ostream(nullptr) {}
 };
 
-std::string failureText(const std::exception& e) {
-    return dynamic_cast<const std::bad_alloc*>(&e) != nullptr ? "out of memory" : e.what();
-}
-
 class VerifySummaryReading : public LogsiftDriver::VerifyReading {
 public:
     VerifySummaryReading(const std::string& path, Report& report) : path(path), report(report) {}
@@ -34,7 +29,7 @@ public:
     }
     unsigned OpenFailed(const std::exception& e) override {
         report.status = LogsiftDriver::FailureStatus(e);
-        report.failure = failureText(e);
+        report.failure = LogsiftDriver::FailureText(e);
         return report.status;
     }
     void Start(VerifyFile& reader) override {
@@ -49,10 +44,8 @@ public:
         return status;
     }
     unsigned Threw(VerifyFile&, const std::exception& e) override {
-        report.status = dynamic_cast<const std::bad_alloc*>(&e) != nullptr
-                            ? QVS::zERR_NO_MEMORY
-                            : QVS::zERR_BAD_PARAMETER_VALUE;
-        report.failure = failureText(e);
+        report.status = LogsiftDriver::WalkFailureStatus(e);
+        report.failure = LogsiftDriver::FailureText(e);
         report.summary = printer.Summary();
         return report.status;
     }
@@ -73,7 +66,7 @@ public:
     }
     unsigned OpenFailed(const std::exception& e) override {
         log.status = LogsiftDriver::FailureStatus(e);
-        log.failure = failureText(e);
+        log.failure = LogsiftDriver::FailureText(e);
         return log.status;
     }
     void Start(RebuildFile& file) override {
@@ -91,10 +84,8 @@ public:
         return log.status;
     }
     unsigned Threw(RebuildFile&, const std::exception& e) override {
-        log.status = dynamic_cast<const std::bad_alloc*>(&e) != nullptr
-                         ? QVS::zERR_NO_MEMORY
-                         : QVS::zERR_BAD_PARAMETER_VALUE;
-        log.failure = failureText(e);
+        log.status = LogsiftDriver::WalkFailureStatus(e);
+        log.failure = LogsiftDriver::FailureText(e);
         return log.status;
     }
     void Done(RebuildFile&) override { log.summary = printer.Summary(); }

@@ -5,6 +5,7 @@
 #define UTIL_SUPPORT_JSONWRITER_H
 
 #include "util/support/compiler.h"
+#include "util/support/shortCopy.h"
 
 #include <charconv>
 #include <cstdint>
@@ -205,7 +206,7 @@ public:
         }
         QVS_ALWAYS_INLINE void Put(const char* bytes, std::size_t n) {
             Room(n);
-            Copy(at, bytes, n);
+            CopyShort(at, bytes, n);
             at += n;
         }
         QVS_ALWAYS_INLINE void Put(char c) {
@@ -264,39 +265,13 @@ private:
             PutLong(bytes, n);
             return;
         }
-        Copy(At(n), bytes, n);
+        CopyShort(At(n), bytes, n);
         used += n;
     }
     // Any number of bytes, through the buffer in pieces of its size.
     void PutLong(const char* bytes, std::size_t n);
     // `text` escaped, handed to `emit` in pieces (see AppendEscaped).
     template <typename Emit> static void EscapeInto(std::string_view text, Emit emit);
-    // A copy without the call a memcpy of unknown length costs where it is
-    // short (keys and numbers are, and are made a million times): up to 32
-    // bytes in two overlapping moves of the largest width that fits.
-    static QVS_INLINE void Copy(char* to, const char* from, std::size_t n) {
-        if (n > 32) {
-            std::memcpy(to, from, n);
-        } else if (n >= 16) {
-            Move<16>(to, from);
-            Move<16>(to + n - 16, from + n - 16);
-        } else if (n >= 8) {
-            Move<8>(to, from);
-            Move<8>(to + n - 8, from + n - 8);
-        } else if (n >= 4) {
-            Move<4>(to, from);
-            Move<4>(to + n - 4, from + n - 4);
-        } else if (n > 0) {
-            to[0] = from[0];
-            to[n / 2] = from[n / 2];
-            to[n - 1] = from[n - 1];
-        }
-    }
-    template <std::size_t N> static void Move(char* to, const char* from) {
-        char bytes[N];
-        std::memcpy(bytes, from, N);
-        std::memcpy(to, bytes, N);
-    }
     // Plain are the bytes a string holds as they are: from 0x20 to 0x7e but
     // '"' and '\\'. Control characters and DEL are escaped, and bytes from
     // 0x80 on are checked as UTF-8.

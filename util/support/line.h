@@ -6,6 +6,7 @@
 
 #include "util/support/compiler.h"
 #include "util/support/qvsLib.h"
+#include "util/support/shortCopy.h"
 
 #include <algorithm>
 #include <charconv>
@@ -113,31 +114,8 @@ private:
             Write(bytes, n);
             return;
         }
-        Copy(line + used, bytes, n);
+        CopyShort(line + used, bytes, n);
         used += n;
-    }
-    // Most pieces are a few bytes (a mark, a number, a short name): copied
-    // in two overlapping moves of the largest width that fits, without the
-    // call a memcpy of unknown length costs.
-    static QVS_INLINE void Copy(char* to, const char* from, std::size_t n) {
-        if (n > 16) {
-            std::memcpy(to, from, n);
-        } else if (n >= 8) {
-            Move<8>(to, from);
-            Move<8>(to + n - 8, from + n - 8);
-        } else if (n >= 4) {
-            Move<4>(to, from);
-            Move<4>(to + n - 4, from + n - 4);
-        } else if (n > 0) {
-            to[0] = from[0];
-            to[n / 2] = from[n / 2];
-            to[n - 1] = from[n - 1];
-        }
-    }
-    template <std::size_t N> static QVS_INLINE void Move(char* to, const char* from) {
-        char bytes[N];
-        std::memcpy(bytes, from, N);
-        std::memcpy(to, bytes, N);
     }
     Line& Fill(char c, std::size_t n) {
         if (bad)

@@ -1,6 +1,8 @@
 // outputWriter.cpp - the writer of standard output.
 #include "util/support/outputWriter.h"
 
+#include "util/support/startup.h"
+
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -376,6 +378,10 @@ int RunWithStandardOutput(const char* program, int writeErrorStatus, int (*work)
         output.StopThrowing();
         std::cerr << program << ": write error: " << std::strerror(failure.error) << std::endl;
         return writeErrorStatus;
+    } catch (const std::bad_alloc&) {
+        // Where nothing of the work's own could report it (the command
+        // line, the search; the documents close themselves whole).
+        return OutOfMemory(program, writeErrorStatus);
     }
 }
 

@@ -163,7 +163,8 @@ private:
 // A program's work with standard output behind a StandardOutput and standard
 // error behind a StandardError: `work`'s status, or, when standard output
 // cannot be written, "PROGRAM: write error: " and the system's text on
-// standard error and `writeErrorStatus`. The work stops at the first failed
+// standard error and `writeErrorStatus`; when memory runs out in the work,
+// OutOfMemory with the same status. The work stops at the first failed
 // write: output is never lost silently.
 int RunWithStandardOutput(const char* program, int writeErrorStatus, int (*work)(int, char**),
                           int argc, char** argv);

@@ -50,16 +50,17 @@ Progress::~Progress() {
         writeAll(std::string(longest, ' ') + "\r");
 }
 
+unsigned long Progress::Permille(unsigned long done) const {
+    return total == 0 ? 1000 : static_cast<unsigned long>(std::min(done, total) * 1000.0 / total);
+}
+
 void Progress::Done(unsigned long done) {
-    const unsigned long permille =
-        total == 0 ? 1000 : static_cast<unsigned long>(std::min(done, total) * 1000.0 / total);
-    if (permille != shownPermille || done == total)
+    if (Permille(done) != shownPermille || done == total)
         Show(done);
 }
 
 void Progress::Show(unsigned long done) {
-    shownPermille =
-        total == 0 ? 1000 : static_cast<unsigned long>(std::min(done, total) * 1000.0 / total);
+    shownPermille = Permille(done);
     // The cursor goes back to the line's start after the text, so that a
     // message written meanwhile begins at the start of the line.
     const std::string line =

@@ -26,6 +26,7 @@ public:
     void Done(unsigned long done);
 
 private:
+    unsigned long Permille(unsigned long done) const;
     void Show(unsigned long done);
 
     const std::string what;

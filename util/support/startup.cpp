@@ -1,10 +1,12 @@
 // startup.cpp - the standard descriptors at start-up.
 #include "util/support/startup.h"
 
+#include "util/support/memoryReserve.h"
 #include "util/support/outputWriter.h"
 
 #include <cerrno>
 #include <cstring>
+#include <new>
 #include <string>
 
 #include <fcntl.h>
@@ -47,6 +49,19 @@ int OutOfMemory(const char* program, int status) {
         if (write(STDERR_FILENO, part, std::strlen(part)) < 0)
             break;
     return status;
+}
+
+int RunProgram(const char* program, int failureStatus, int (*work)(int, char**), int argc,
+               char** argv, bool memoryReserve) {
+    if (!OpenClosedStandardDescriptors())
+        return StartFailure(program, failureStatus);
+    try {
+        if (memoryReserve)
+            MemoryReserve::Install();
+        return RunWithStandardOutput(program, failureStatus, work, argc, argv);
+    } catch (const std::bad_alloc&) {
+        return OutOfMemory(program, failureStatus);
+    }
 }
 
 } // namespace QVS

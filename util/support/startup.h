@@ -22,6 +22,14 @@ int StartFailure(const char* program, int status);
 // nothing of its own could report it. Allocates nothing.
 int OutOfMemory(const char* program, int status);
 
+// A program's whole run, the same for every program of the package: the
+// closed standard descriptors opened (StartFailure when that fails), the
+// memory reserve installed when asked for, `work` run with standard output
+// through its writer (RunWithStandardOutput), and a lack of memory anywhere
+// reported by OutOfMemory. `failureStatus` is the status of each failure.
+int RunProgram(const char* program, int failureStatus, int (*work)(int, char**), int argc,
+               char** argv, bool memoryReserve = false);
+
 } // namespace QVS
 
 #endif
