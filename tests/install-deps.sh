@@ -5,7 +5,8 @@
 # Debian 12 and Ubuntu 22.04 and later, and clang is the release's default.
 set -u
 packages=(cmake g++ make python3 libgtest-dev pkg-config libfuse3-dev fuse3 groff-base dpkg-dev clang
-          time lintian tmux bash-completion python3-jsonschema jq nlohmann-json3-dev)
+          time lintian tmux bash-completion python3-jsonschema jq nlohmann-json3-dev
+          prometheus prometheus-node-exporter)
 # The sanitizers' runtime of the default clang: a package of its own in the
 # newer releases (libclang-rt-dev), part of clang's own packages in the
 # older ones, which have no such package.

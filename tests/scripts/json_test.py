@@ -560,9 +560,15 @@ if "vbf_action_records_truncated" in documents:
 if "vbf_wrong_crc" in documents:
     c = "vbf_wrong_crc"
     doc = documents[c]
-    # Read whole all the same: the check is reported, as the text prints the report.
-    expect(c, "exit status", statuses[c], 0)
-    expect(c, "error", doc.get("error"), None)
+    # Every section is read, as the text prints the report, but a report whose
+    # bytes do not give its CRC is damaged: never called clean.
+    expect(c, "exit status", statuses[c], 2)
+    expect_fields(c, "error", doc["error"], {"status": 21741,
+                                             "status_name": "zERR_RAV_BAD_CHECKSUM",
+                                             "message": "the stored CRC does not match the "
+                                                        "report's bytes",
+                                             "offset": None})
+    expect(c, "sections read", [s["section"] for s in doc["sections"]], ["status_summary"])
     expect_fields(c, "crc", doc["crc"], {"matches": False})
     expect(c, "crc differs", doc["crc"]["stored"] != doc["crc"]["computed"], True)
 

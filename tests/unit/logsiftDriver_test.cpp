@@ -177,7 +177,7 @@ TEST(ScanPools, AThousandPoolsAgreeWithTheSearch) {
 }
 
 TEST(ScanPools, DirectoryThatCannotBeReadGivesItsErrno) {
-    std::vector<LogsiftDriver::PoolFiles> pools{{"stale", "", ""}};
+    std::vector<LogsiftDriver::PoolFiles> pools{{"stale", "", "", "", ""}};
     EXPECT_EQ(LogsiftDriver::ScanPools("/nonexistent-rav-directory/", pools), ENOENT);
 }
 

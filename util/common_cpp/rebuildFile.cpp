@@ -9,6 +9,7 @@
 #include "util/support/qvsError.h"
 #include "util/support/qvsStatus.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
@@ -99,7 +100,14 @@ void adviseHugePages(const char* data, size_t size) {
 RebuildFile::RebuildFile(const std::string& name, std::ostream& output, unsigned int options)
     : fileName(name), file(nullptr), flags(options == 0 ? DEFAULT_FLAGS : options), out(output),
       textPrinter(output), printer(&textPrinter) {
-    Load();
+    Load(nullptr);
+}
+
+RebuildFile::RebuildFile(const std::string& name, const Opened& opened, std::ostream& output,
+                         unsigned int options)
+    : fileName(name), file(nullptr), flags(options == 0 ? DEFAULT_FLAGS : options), out(output),
+      textPrinter(output), printer(&textPrinter) {
+    Load(&opened);
 }
 
 RebuildFile::~RebuildFile() { CloseFile(); }
@@ -118,8 +126,14 @@ void RebuildFile::ReportMemoryFailure() {
             << "\n";
 }
 
-void RebuildFile::Load() {
-    file = std::fopen(fileName.c_str(), "rb");
+void RebuildFile::Load(const Opened* opened) {
+    if (opened != nullptr) {
+        file = opened->descriptor >= 0 ? fdopen(opened->descriptor, "rb") : nullptr;
+        if (file == nullptr && opened->descriptor >= 0)
+            ::close(opened->descriptor);
+    } else {
+        file = std::fopen(fileName.c_str(), "rb");
+    }
     if (file == nullptr) {
         int error = errno;
         if (flags & FLAG_REPORT_LOAD_ERRORS) {
@@ -130,43 +144,64 @@ void RebuildFile::Load() {
         throw std::runtime_error("Could not open rebuild RXF file");
     }
 
+    bool whole;
     try {
-        // Room for the whole file up front keeps the peak near its size.
-        struct stat info;
-        if (fstat(fileno(file), &info) == 0 && S_ISREG(info.st_mode) && info.st_size > 0)
-            ReserveFor(static_cast<unsigned long long>(info.st_size));
-        // Blocks of whole chunks: a block starts at a multiple of the chunk
-        // size, so its chunks are the ones a read of one chunk at a time
-        // would give (fread fills a block unless the file ends or fails).
-        char block[READ_BLOCK_SIZE];
-        size_t got;
-        while ((got = std::fread(block, 1, sizeof(block), file)) > 0)
-            AppendChunks(block, got);
+        whole = ReadBlocks(opened);
     } catch (const std::bad_alloc&) {
-        ReportMemoryFailure();
         CloseFile();
+        ReportMemoryFailure();
         throw;
     }
 
-    if (!std::feof(file)) {
+    if (!whole) {
         int error = errno;
-        std::cerr << LS_LOC("util/common_cpp/rebuildFile", 97) << " Could not read from \""
-                  << fileName << "\" because of \"";
-        writeErrorText(std::cerr, error);
-        std::cerr << "\"\n";
         CloseFile();
+        std::ostream& diagnostics =
+            opened != nullptr && opened->diagnostics != nullptr ? *opened->diagnostics : std::cerr;
+        diagnostics << LS_LOC("util/common_cpp/rebuildFile", 97) << " Could not read from \""
+                    << fileName << "\" because of \"";
+        writeErrorText(diagnostics, error);
+        diagnostics << "\"\n";
         throw std::runtime_error("Could not read input file");
     }
 
     unsigned status = CheckRootElement();
     if (status != 0) {
+        CloseFile();
         if (flags & FLAG_REPORT_LOAD_ERRORS)
             out << "\nRequired tag <rebuildLog> not found.  Status is " << status << "."
                 << "\n";
-        CloseFile();
         throw QVSError("Require tag <rebuildLog> is missing", static_cast<int>(status),
                        LS_LOC("util/common_cpp/rebuildFile", 138));
     }
+}
+
+bool RebuildFile::ReadBlocks(const Opened* opened) {
+    // Room for the whole file up front keeps the peak near its size.
+    struct stat info;
+    if (fstat(fileno(file), &info) == 0 && S_ISREG(info.st_mode) && info.st_size > 0)
+        ReserveFor(static_cast<unsigned long long>(info.st_size));
+    // A file that grows while it is read is read as it was when opened.
+    const bool limited = opened != nullptr && opened->regular;
+    unsigned long long left = limited ? opened->size : 0;
+    // Blocks of whole chunks: a block starts at a multiple of the chunk
+    // size, so its chunks are the ones a read of one chunk at a time would
+    // give (fread fills a block unless the file ends or fails).
+    char block[READ_BLOCK_SIZE];
+    for (;;) {
+        size_t wanted = sizeof(block);
+        if (limited) {
+            if (left == 0)
+                return true;
+            wanted = static_cast<size_t>(std::min<unsigned long long>(wanted, left));
+        }
+        const size_t got = std::fread(block, 1, wanted, file);
+        if (got == 0)
+            break;
+        AppendChunks(block, got);
+        left -= limited ? got : 0;
+    }
+    return std::feof(file) != 0;
 }
 
 // The file's size is only what it may hold: zero bytes are dropped, so a
@@ -282,11 +317,13 @@ unsigned long RebuildFile::ProcessTODItems(const char* channelArg) {
     bool unnamed = false; // the channel failed, and the printer goes on without names
     // How far the lookups are, where a user watches and no trace is asked
     // for (traces go to the same terminal).
+    // It is shown from the first channel that opens: a walk without one
+    // asks for no name.
     std::optional<QVS::Progress> progress;
+    bool progressWanted = (flags & ~FLAG_REPORT_LOAD_ERRORS) == 0 && QVS::Progress::Wanted();
     unsigned long looked = 0;
-    if ((flags & ~FLAG_REPORT_LOAD_ERRORS) == 0 && QVS::Progress::Wanted())
-        progress.emplace("looked up", CountLookups(), "names");
-    return WalkTODItems([this, channelArg, &unnamed, &progress, &looked](const TODItem& item) {
+    return WalkTODItems([this, channelArg, &unnamed, &progress, &progressWanted,
+                         &looked](const TODItem& item) {
         if (unnamed) {
             printer->TODItemShown(item, nullptr);
             return 0u;
@@ -301,6 +338,10 @@ unsigned long RebuildFile::ProcessTODItems(const char* channelArg) {
             unnamed = true;
             printer->TODItemShown(item, nullptr);
             return 0u;
+        }
+        if (progressWanted) {
+            progressWanted = false;
+            progress.emplace("looked up", CountLookups(), "names");
         }
         const NameLookup_s lookup =
             item.IsNamed() ? LookupNamed(*channel, item) : LookupUnnamed(*channel, item);

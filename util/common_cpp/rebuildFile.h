@@ -26,6 +26,19 @@ public:
     // Loads the log and checks that it holds a <rebuildLog> element. Throws
     // std::runtime_error or QVSError when it cannot.
     RebuildFile(const std::string& fileName, std::ostream& out, unsigned int flags);
+    // A log its caller opened (the companion programs): the reader takes
+    // `descriptor` and closes it, also when the constructor throws; a
+    // regular file is read no further than `size`, the size it had when it
+    // was opened; and the reader's own diagnostics go to `diagnostics`
+    // instead of the standard error stream.
+    struct Opened {
+        int descriptor = -1;
+        bool regular = false;
+        unsigned long long size = 0;
+        std::ostream* diagnostics = nullptr;
+    };
+    RebuildFile(const std::string& fileName, const Opened& opened, std::ostream& out,
+                unsigned int flags);
     ~RebuildFile();
     RebuildFile(const RebuildFile&) = delete;
     RebuildFile& operator=(const RebuildFile&) = delete;
@@ -50,7 +63,10 @@ public:
     void SetPrinter(RebuildPrinter& other) { printer = &other; }
 
 private:
-    void Load();
+    void Load(const Opened* opened);
+    // Reads the file's blocks into the text; false when it stopped for a
+    // read error rather than the end of the file or of the size read.
+    bool ReadBlocks(const Opened* opened);
     void ReserveFor(unsigned long long size);
     void AppendChunks(const char* block, size_t size);
     unsigned CheckRootElement() const;

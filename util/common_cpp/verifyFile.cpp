@@ -18,6 +18,7 @@
 #include <cerrno>
 #include <cstring>
 #include <ctime>
+#include <memory>
 #include <new>
 #include <stdexcept>
 
@@ -196,6 +197,16 @@ VerifyFile::VerifyFile(const std::string& fileName, std::ostream& out, unsigned 
     ConstructorOpen();
 }
 
+VerifyFile::VerifyFile(const std::string& fileName, int descriptor, uint64_t limit,
+                       std::ostream& out, unsigned debugMask)
+    : displayActions(true), displayHistograms(true), displayObjectDetails(true), out(out),
+      crcReading(new QVS::CrcReading(VerifyFormat::CRC_SIZE)) {
+    InitialiseFields(debugMask, 0);
+    poolName = "None";
+    path = fileName;
+    ConstructorOpen(descriptor, limit);
+}
+
 VerifyFile::VerifyFile(const std::string& poolName, const std::string* serverName, long time,
                        std::ostream& out, unsigned debugMask)
     : displayActions(true), displayHistograms(true), displayObjectDetails(true), out(out) {
@@ -241,8 +252,11 @@ void VerifyFile::InitialiseFields(unsigned mask, long time) {
     timeStamp = time != 0 ? time : static_cast<int64_t>(std::time(nullptr));
 }
 
-void VerifyFile::ConstructorOpen() {
-    file = crcReading ? crcReading->Open(path.c_str()) : std::fopen(path.c_str(), "rb");
+void VerifyFile::ConstructorOpen(int descriptor, uint64_t limit) {
+    if (descriptor >= 0)
+        file = crcReading->Adopt(descriptor, limit);
+    else
+        file = crcReading ? crcReading->Open(path.c_str()) : std::fopen(path.c_str(), "rb");
     if (file == nullptr) {
         int err = errno;
         if (debugMask & DEBUG_OPEN)
@@ -252,26 +266,30 @@ void VerifyFile::ConstructorOpen() {
     std::setvbuf(file, nullptr, _IOFBF, INPUT_BUFFER_SIZE);
     if (std::fread(&storedCrc, sizeof storedCrc, 1, file) == 1)
         return;
-    if (std::feof(file)) {
+    // Closed before a message is written: a write that throws must not
+    // leave the file open, as the destructor of a constructor that threw
+    // never runs.
+    const bool atEnd = std::feof(file) != 0;
+    const int err = errno;
+    std::fclose(file);
+    file = nullptr;
+    if (atEnd) {
         if (debugMask & DEBUG_OPEN)
             out << std::endl << "No QMFS Verify Statistics available from " << path << "." << std::endl;
-        std::fclose(file);
-        file = nullptr;
         throw std::runtime_error("No QMFS Verify results present - run verify first");
     }
-    int err = errno;
     // This message has no line end of its own; the caller's line follows it.
     if (debugMask & DEBUG_OPEN)
         out << std::endl << "Could not read CRC from " << path << ": " << std::strerror(err);
-    std::fclose(file);
-    file = nullptr;
     throw std::runtime_error("Could not read CRC from verify statistics file");
 }
 
 void VerifyFile::CopyFile(const std::string& destination) {
     destinationName = destination;
     out << "  Destination file: " << destination << std::endl;
-    FILE* dest = std::fopen(destination.c_str(), "wb");
+    // Owned from the start: a diagnostic write that throws must not leave
+    // the destination open.
+    std::unique_ptr<FILE, int (*)(FILE*)> dest(std::fopen(destination.c_str(), "wb"), std::fclose);
     if (dest == nullptr) {
         int err = errno;
         out << VF_LOC(1895) << " Could not create \"" << destination << "\" because of \""
@@ -280,12 +298,12 @@ void VerifyFile::CopyFile(const std::string& destination) {
     }
     auto writeFailure = [&](const char* location) {
         int err = errno;
+        dest.reset();
         out << location << " Could not write to \"" << destination << "\" because of \""
             << std::strerror(err) << "\"\n";
-        std::fclose(dest);
         throw std::runtime_error("Could not write statistic's binary file");
     };
-    if (std::fwrite(&storedCrc, sizeof storedCrc, 1, dest) != 1)
+    if (std::fwrite(&storedCrc, sizeof storedCrc, 1, dest.get()) != 1)
         writeFailure(VF_LOC(1905));
 
     unsigned crc = 0xFFFFFFFFu;
@@ -295,7 +313,7 @@ void VerifyFile::CopyFile(const std::string& destination) {
         unsigned result = Read(buffer, sizeof buffer, &got);
         if (result == 0 || result == QVS::STATUS_END_OF_FILE) {
             crc = QVS::updateCRC(crc, buffer, got);
-            if (got != 0 && std::fwrite(buffer, 1, got, dest) != got)
+            if (got != 0 && std::fwrite(buffer, 1, got, dest.get()) != got)
                 writeFailure(VF_LOC(1928));
         }
         if (result == 0)
@@ -303,12 +321,12 @@ void VerifyFile::CopyFile(const std::string& destination) {
         if (result == QVS::STATUS_END_OF_FILE) {
             unsigned computed = ~crc;
             if (storedCrc != computed) {
+                dest.reset();
                 out << VF_LOC(1941) << " CRC is not correct.  Expected " << storedCrc
                     << " but calculated " << computed << "." << std::endl;
-                std::fclose(dest);
                 throw std::runtime_error("CRC is incorrect");
             }
-            if (std::fclose(dest) != 0) {
+            if (std::fclose(dest.release()) != 0) {
                 int err = errno;
                 out << VF_LOC(1928) << " Could not write to \"" << destination
                     << "\" because of \"" << std::strerror(err) << "\"\n";
@@ -316,9 +334,9 @@ void VerifyFile::CopyFile(const std::string& destination) {
             }
             return;
         }
+        dest.reset();
         out << VF_LOC(1951) << " Unable to read complete Verify file.  Status " << result
             << std::endl;
-        std::fclose(dest);
         throw std::runtime_error("Unable to read verify statistics");
     }
 }

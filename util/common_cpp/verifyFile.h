@@ -104,6 +104,11 @@ public:
     struct CrcFromReading {};
     VerifyFile(const std::string& fileName, std::ostream& out, unsigned debugMask,
                CrcFromReading);
+    // A report its caller opened: the reader takes `descriptor` (and closes
+    // it, also when this throws), reads no further than `limit` bytes and
+    // folds the CRC from the reading.
+    VerifyFile(const std::string& fileName, int descriptor, uint64_t limit, std::ostream& out,
+               unsigned debugMask);
     // Live statistics of a pool: prefix + poolName + "VerifyStatistics.vbf".
     VerifyFile(const std::string& poolName, const std::string* serverName, long time,
                std::ostream& out, unsigned debugMask);
@@ -159,7 +164,7 @@ public:
     unsigned ShortReadAtEnd();
 
 private:
-    void ConstructorOpen();
+    void ConstructorOpen(int descriptor = -1, uint64_t limit = UINT64_MAX);
     void InitialiseFields(unsigned mask, long time);
     unsigned ReadVariableList(VerifyFormat::ListType const& type);
     VerifyPrinter& Printer();

@@ -60,20 +60,32 @@ private:
     std::ios_base::fmtflags flags_;
 };
 
+// The texts of the placeholders, for a placeholder whose start-up build
+// found no memory.
+const char POOL_NAME_PLACEHOLDER[] = "<Unknown pool name>";
+const char VOLUME_NAME_PLACEHOLDER[] = "<Unknown volume name>";
+const char FILE_NAME_PLACEHOLDER[] = "<Unknown file name>";
+constexpr std::size_t PLACEHOLDER_UNITS = 32;
+const unsigned short EMPTY_UNITS[1] = {0};
+
 UnicodeString placeholderFrom(const char* ascii) {
-    std::vector<unsigned short> units;
-    for (const char* p = ascii; *p != '\0'; ++p)
-        units.push_back(static_cast<unsigned char>(*p));
-    units.push_back(0);
-    return UnicodeString(units.data());
+    unsigned short units[PLACEHOLDER_UNITS] = {};
+    for (std::size_t i = 0; ascii[i] != '\0' && i + 1 < PLACEHOLDER_UNITS; ++i)
+        units[i] = static_cast<unsigned char>(ascii[i]);
+    return UnicodeString(units);
+}
+
+std::string placeholderText(const UnicodeString& placeholder, const char* ascii) {
+    return placeholder.utf8().empty() ? std::string(ascii) : placeholder.utf8();
 }
 
 // A wide name of a record, or the placeholder if it cannot be converted.
-std::string wideName(const unsigned char* field, size_t units, const UnicodeString& placeholder) {
+std::string wideName(const unsigned char* field, size_t units, const UnicodeString& placeholder,
+                     const char* ascii) {
     try {
         return UnicodeString(field, units).utf8();
     } catch (...) {
-        return placeholder.utf8();
+        return placeholderText(placeholder, ascii);
     }
 }
 
@@ -119,9 +131,16 @@ template <std::size_t N> struct Retitled {
 
 } // namespace
 
-const UnicodeString VFF_PoolName = placeholderFrom("<Unknown pool name>");
-const UnicodeString VFF_VolumeName = placeholderFrom("<Unknown volume name>");
-const UnicodeString VFF_FileName = placeholderFrom("<Unknown file name>");
+// Empty until built: an empty string takes no memory.
+UnicodeString VFF_PoolName(static_cast<const unsigned short*>(EMPTY_UNITS));
+UnicodeString VFF_VolumeName(static_cast<const unsigned short*>(EMPTY_UNITS));
+UnicodeString VFF_FileName(static_cast<const unsigned short*>(EMPTY_UNITS));
+
+void BuildPlaceholders() {
+    VFF_PoolName = placeholderFrom(POOL_NAME_PLACEHOLDER);
+    VFF_VolumeName = placeholderFrom(VOLUME_NAME_PLACEHOLDER);
+    VFF_FileName = placeholderFrom(FILE_NAME_PLACEHOLDER);
+}
 
 // ---------------------------------------------------------------- dotted lines
 
@@ -224,7 +243,7 @@ std::ostream& operator<<(std::ostream& os, ZVP_Status_s const& s) {
     }
     const uint64_t totalBlocks = s.totalBlocks;
     const uint64_t sizeMB = (static_cast<uint64_t>(s.blockSize) >> 10) * (totalBlocks >> 10);
-    os << " Pool: " << wideName(s.poolName, STATUS_POOL_NAME_UNITS, VFF_PoolName)
+    os << " Pool: " << wideName(s.poolName, STATUS_POOL_NAME_UNITS, VFF_PoolName, POOL_NAME_PLACEHOLDER)
        << "                Total Size: " << sizeMB << " MB (" << totalBlocks << " blocks)"
        << '\n';
     os << '\n';
@@ -399,7 +418,7 @@ std::ostream& writeObjectDetailsIf(std::ostream& os, CommonBlockStats_s const& s
 
 std::ostream& writePool(std::ostream& os, ZVP_PoolStats_s const& p, DisplaySwitches show) {
     os << '\n' << RULE_LINE << '\n';
-    os << "Pool: " << wideName(p.poolName, POOL_NAME_AREA_UNITS, VFF_PoolName) << '\n';
+    os << "Pool: " << wideName(p.poolName, POOL_NAME_AREA_UNITS, VFF_PoolName, POOL_NAME_PLACEHOLDER) << '\n';
     fileOut(os, p.errors, p.warnings);
     os << RULE_LINE << '\n' << '\n' << '\n';
 
@@ -455,7 +474,7 @@ std::ostream& writePool(std::ostream& os, ZVP_PoolStats_s const& p, DisplaySwitc
 
 std::ostream& writeVolume(std::ostream& os, ZVP_LVStats_s const& v, DisplaySwitches show) {
     os << '\n' << RULE_LINE << '\n';
-    os << "LV: " << wideName(v.volumeName, VOLUME_NAME_UNITS, VFF_VolumeName) << '\n';
+    os << "LV: " << wideName(v.volumeName, VOLUME_NAME_UNITS, VFF_VolumeName, VOLUME_NAME_PLACEHOLDER) << '\n';
     fileOut(os, v.errors, v.warnings);
     {
         FlagsSaver saver(os);

@@ -16,10 +16,15 @@ class ActionStats;
 class ConflictBlocksStats;
 class LVSkippedStats;
 
-// Placeholders printed when a record's name cannot be converted.
-extern const UnicodeString VFF_PoolName;
-extern const UnicodeString VFF_VolumeName;
-extern const UnicodeString VFF_FileName;
+// Placeholders printed when a record's name cannot be converted. They are
+// built once at start-up by BuildPlaceholders, called first thing in main's
+// work, not before main: there a failed allocation cannot even be thrown,
+// and the program would end with a signal. Until then the writers print the
+// same texts from constants.
+extern UnicodeString VFF_PoolName;
+extern UnicodeString VFF_VolumeName;
+extern UnicodeString VFF_FileName;
+void BuildPlaceholders();
 
 // Dotted label-and-value lines. Each leaves the fill character at '.', or at
 // '0' for the GUID line, whose value goes through the GUID operator.

@@ -118,7 +118,7 @@ bool poolOf(const std::string& fileName, bool rebuildLog, std::string& pool,
 struct Newest {
     bool found = false;
     unsigned long long stamp = 0;
-    std::string name; // the pool as this file gives it
+    std::string name; // the pool as this file spells it
     std::string path;
 
     void Offer(unsigned long long candidate, const std::string& pool, const std::string& file) {
@@ -172,6 +172,8 @@ int ScanPools(const std::string& directory, std::vector<PoolFiles>& pools) {
         files.name = found.report.found ? found.report.name : found.log.name;
         files.report = std::move(found.report.path);
         files.log = std::move(found.log.path);
+        files.reportName = std::move(found.report.name);
+        files.logName = std::move(found.log.name);
         pools.push_back(std::move(files));
     }
     std::stable_sort(pools.begin(), pools.end(),
@@ -211,9 +213,33 @@ Source Locate(const FileType& type, const std::string& operand, const std::strin
     }
     source.pool = operand;
     source.directory = directory;
-    if (!FindTheNewestFile(directory, operand, source.path, type.rebuildLog))
+    source.searched = true;
+    if (!FindTheNewestFile(directory, operand, source.path, type.rebuildLog)) {
         source.path.clear();
+        return source;
+    }
+    // The pool as its file spells it (the search ignores case).
+    const std::string name = source.path.substr(directory.size());
+    if (name.size() >= operand.size())
+        source.pool = name.substr(0, operand.size());
     return source;
+}
+
+bool OpenSource(const Source& source, QVS::InputFile& file, QVS::InputFailure& failure) {
+    return QVS::OpenInput(source.path,
+                          source.searched ? QVS::InputKinds::RegularOnly
+                                          : QVS::InputKinds::RegularOrStream,
+                          file, failure);
+}
+
+unsigned InputStatus(const QVS::InputFailure& failure) {
+    if (failure.error > 0)
+        return QVS::ERRNO_STATUS_BASE + static_cast<unsigned>(failure.error);
+    return QVS::zERR_BAD_PARAMETER_VALUE;
+}
+
+std::string InputText(const QVS::InputFailure& failure) {
+    return failure.error > 0 ? "cannot open: " + failure.text : failure.text;
 }
 
 unsigned FailureStatus(const std::exception& e) {
@@ -243,6 +269,8 @@ std::string DescribeVerifyStatus(unsigned status) {
         return "a section has a bad magic or a bad size";
     case QVS::zERR_RAV_MISSING_SECTION:
         return "a required section is missing";
+    case QVS::zERR_RAV_BAD_CHECKSUM:
+        return "the stored CRC does not match the report's bytes";
     case QVS::zERR_NO_MEMORY:
         return "out of memory";
     default:

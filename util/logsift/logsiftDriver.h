@@ -5,6 +5,8 @@
 #ifndef UTIL_LOGSIFT_LOGSIFTDRIVER_H
 #define UTIL_LOGSIFT_LOGSIFTDRIVER_H
 
+#include "util/support/inputFile.h"
+
 #include <exception>
 #include <memory>
 #include <string>
@@ -31,8 +33,9 @@ const FileType* FindFileType(std::string_view word);
 // The file of one run.
 struct Source {
     std::string path;      // empty when a search found nothing
-    std::string pool;      // set when searched for
+    std::string pool;      // set when searched for: the pool as its file spells it
     std::string directory; // likewise
+    bool searched = false; // a search of the RAV directory gave the path
 };
 
 // The named file, or the pool's newest file of the type in `directory`.
@@ -42,9 +45,11 @@ Source Locate(const FileType& type, const std::string& operand, const std::strin
 // the newest verify report and rebuild log the search finds for it (empty
 // where it has none).
 struct PoolFiles {
-    std::string name;
+    std::string name;       // as the report spells it, or the log when there is none
     std::string report;
     std::string log;
+    std::string reportName; // the pool as each file spells it
+    std::string logName;
 };
 
 // Every pool with a report or a log in `directory`, in the byte order of
@@ -57,6 +62,17 @@ int ScanPools(const std::string& directory, std::vector<PoolFiles>& pools);
 // What tells pools apart: the name as the search compares it (in upper
 // case, so names that differ only in case are one pool).
 std::string PoolKey(const std::string& name);
+
+// Opens the file of `source` as the companion programs do (util/support/
+// inputFile.h): a file that a search found only when it is a regular file,
+// a file named on the command line when it is one or a stream. False and
+// `failure` filled when it cannot be read.
+bool OpenSource(const Source& source, QVS::InputFile& file, QVS::InputFailure& failure);
+// The status a failed opening stands for: the errno's, or a bad parameter
+// for a file of a kind that is not read.
+unsigned InputStatus(const QVS::InputFailure& failure);
+// What it says: "cannot open: " and the errno's text, or the kind's text.
+std::string InputText(const QVS::InputFailure& failure);
 
 // The status a failure to open a file stands for: the reader's own status,
 // out of memory, or else a bad parameter.

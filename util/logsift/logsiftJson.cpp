@@ -14,6 +14,7 @@
 #include "util/support/qvsError.h"
 #include "util/support/qvsLib.h"
 #include "util/support/qvsStatus.h"
+#include "util/support/utf8.h"
 
 #include <cerrno>
 #include <cstring>
@@ -25,7 +26,6 @@
 #include <string>
 #include <string_view>
 
-#include <sys/stat.h>
 
 namespace LogsiftJson {
 
@@ -48,7 +48,9 @@ void opening(JsonWriter& json, const char* kind) {
     json.Member("kind", kind);
 }
 
-void begin(JsonWriter& json, const char* kind, const Source& source) {
+// `size`: of the regular file that is read, as it was when opened; null
+// for a stream or a file that could not be opened.
+void begin(JsonWriter& json, const char* kind, const Source& source, const uint64_t* size) {
     opening(json, kind);
     json.Key("file");
     json.BeginObject();
@@ -57,18 +59,22 @@ void begin(JsonWriter& json, const char* kind, const Source& source) {
         json.Null();
     else
         json.String(source.path);
-    struct stat info;
-    if (!source.path.empty() && stat(source.path.c_str(), &info) == 0 && S_ISREG(info.st_mode)) {
-        json.Quantity("size", static_cast<uint64_t>(info.st_size));
+    if (size != nullptr) {
+        json.Quantity("size", *size);
     } else {
         json.Key("size");
         json.Null();
     }
-    if (!source.pool.empty()) {
-        json.Member("pool", source.pool);
+    if (source.searched) {
+        json.Member("pool", QVS::LosslessText(source.pool));
         json.Member("directory", source.directory);
     }
     json.EndObject();
+}
+
+// The size `begin` shows of an opened input.
+const uint64_t* sizeOf(const QVS::InputFile& input, bool opened) {
+    return opened && input.regular ? &input.size : nullptr;
 }
 
 // The reader's own messages (what logsift would print among the report's
@@ -138,19 +144,21 @@ void errorMember(JsonWriter& json, long status, std::string_view message, long l
 void end(JsonWriter& json) { json.EndObject(); }
 
 // The checksum of the bytes after the stored one, from the reading: null
-// when the file could not be opened or read to its end.
-void crcMember(JsonWriter& json, VerifyFile* reader) {
+// when the file could not be opened or read to its end. False when it was
+// computed and does not match.
+bool crcMember(JsonWriter& json, VerifyFile* reader) {
     json.Key("crc");
     uint32_t computed = 0;
     if (reader == nullptr || !reader->FinishCrc(computed)) {
         json.Null();
-        return;
+        return true;
     }
     json.BeginObject(true);
     json.Member("stored", JsonFields::NumberText::Hex(reader->storedCrc).View());
     json.Member("computed", JsonFields::NumberText::Hex(computed).View());
     json.Member("matches", reader->storedCrc == computed);
     json.EndObject();
+    return reader->storedCrc == computed;
 }
 
 // The message of a newest-file search that found nothing.
@@ -162,14 +170,14 @@ std::string noFile(const Source& source, const char* what) {
 // first failure goes to `outcome`.
 class JsonVerifyReading : public LogsiftDriver::VerifyReading {
 public:
-    JsonVerifyReading(const Source& source, const Options& options, JsonWriter& json,
-                      std::ostream& messages, Outcome& outcome)
-        : source(source), options(options), json(json), messages(messages), printer(json),
-          outcome(outcome) {}
+    JsonVerifyReading(const Source& source, QVS::InputFile& input, const Options& options,
+                      JsonWriter& json, std::ostream& messages, Outcome& outcome)
+        : source(source), input(input), options(options), json(json), messages(messages),
+          printer(json), outcome(outcome) {}
 
     std::unique_ptr<VerifyFile> Open() override {
-        return std::make_unique<VerifyFile>(source.path, messages, options.debugMask,
-                                            VerifyFile::CrcFromReading{});
+        return std::make_unique<VerifyFile>(source.path, input.Take(), input.Limit(), messages,
+                                            options.debugMask);
     }
     unsigned OpenFailed(const std::exception& e) override {
         const unsigned status = LogsiftDriver::WalkFailureStatus(e);
@@ -191,7 +199,8 @@ public:
     const VerifyJsonPrinter& Printer() const { return printer; }
 
 private:
-    // Closes "sections" and writes the checksum that reading them gave.
+    // Closes "sections" and writes the checksum that reading them gave; a
+    // report read whole whose CRC does not match is damaged all the same.
     void Sections(VerifyFile* reader, unsigned status, const std::string& failure) {
         printer.Close();
         json.EndArray();
@@ -199,10 +208,13 @@ private:
             const long long offset = reader->file != nullptr ? ftello(reader->file) : -1;
             outcome.Note(status, failure.empty() ? LogsiftDriver::DescribeVerifyStatus(status) : failure, offset);
         }
-        crcMember(json, reader);
+        if (!crcMember(json, reader))
+            outcome.Note(QVS::zERR_RAV_BAD_CHECKSUM,
+                         LogsiftDriver::DescribeVerifyStatus(QVS::zERR_RAV_BAD_CHECKSUM));
     }
 
     const Source& source;
+    QVS::InputFile& input;
     const Options& options;
     JsonWriter& json;
     std::ostream& messages;
@@ -211,18 +223,24 @@ private:
 };
 
 int verifyReport(const Source& source, const Options& options, JsonWriter& json) {
-    begin(json, "verify_report", source);
+    QVS::InputFile input;
+    QVS::InputFailure failure;
+    const bool opened = !source.path.empty() && LogsiftDriver::OpenSource(source, input, failure);
+    begin(json, "verify_report", source, sizeOf(input, opened));
     ReaderMessages messages;
     Outcome outcome;
     json.Key("sections");
     json.BeginArray();
-    JsonVerifyReading reading(source, options, json, messages, outcome);
-    if (source.path.empty()) {
-        outcome.Note(QVS::STATUS_NO_MATCHING_FILE, noFile(source, "verify report"));
+    JsonVerifyReading reading(source, input, options, json, messages, outcome);
+    if (opened) {
+        LogsiftDriver::ReadVerifyReport(reading);
+    } else {
+        if (source.path.empty())
+            outcome.Note(QVS::STATUS_NO_MATCHING_FILE, noFile(source, "verify report"));
+        else
+            outcome.Note(LogsiftDriver::InputStatus(failure), LogsiftDriver::InputText(failure));
         json.EndArray();
         crcMember(json, nullptr);
-    } else {
-        LogsiftDriver::ReadVerifyReport(reading);
     }
     const VerifyJsonPrinter& printer = reading.Printer();
     json.Key("totals");
@@ -370,13 +388,18 @@ private:
 // The log's walks through the JSON printer, then its action history.
 class JsonRebuildReading : public LogsiftDriver::RebuildReading {
 public:
-    JsonRebuildReading(const Source& source, const Options& options, JsonWriter& json,
-                       std::ostream& messages, Outcome& outcome)
-        : source(source), options(options), printer(json), actions(json, messages),
-          messages(messages), outcome(outcome) {}
+    JsonRebuildReading(const Source& source, QVS::InputFile& input, const Options& options,
+                       JsonWriter& json, std::ostream& messages, Outcome& outcome)
+        : source(source), input(input), options(options), printer(json),
+          actions(json, messages), messages(messages), outcome(outcome) {}
 
     std::unique_ptr<RebuildFile> Open() override {
-        return std::make_unique<RebuildFile>(source.path, messages, options.debugMask);
+        RebuildFile::Opened opened;
+        opened.regular = input.regular;
+        opened.size = input.size;
+        opened.diagnostics = &messages;
+        opened.descriptor = input.Take();
+        return std::make_unique<RebuildFile>(source.path, opened, messages, options.debugMask);
     }
     unsigned OpenFailed(const std::exception& e) override {
         const unsigned status = LogsiftDriver::FailureStatus(e);
@@ -408,6 +431,7 @@ public:
 
 private:
     const Source& source;
+    QVS::InputFile& input;
     const Options& options;
     RebuildJsonPrinter printer;
     ActionWalk actions;
@@ -417,15 +441,20 @@ private:
 };
 
 int rebuildLog(const Source& source, const Options& options, JsonWriter& json) {
-    begin(json, "rebuild_log", source);
+    QVS::InputFile input;
+    QVS::InputFailure failure;
+    const bool opened = !source.path.empty() && LogsiftDriver::OpenSource(source, input, failure);
+    begin(json, "rebuild_log", source, sizeOf(input, opened));
     json.Member("lookups", options.lookup);
     ReaderMessages messages;
     Outcome outcome;
-    JsonRebuildReading reading(source, options, json, messages, outcome);
-    if (source.path.empty())
+    JsonRebuildReading reading(source, input, options, json, messages, outcome);
+    if (opened)
+        LogsiftDriver::ReadRebuildLog(reading);
+    else if (source.path.empty())
         outcome.Note(QVS::STATUS_NO_MATCHING_FILE, noFile(source, "rebuild log"));
     else
-        LogsiftDriver::ReadRebuildLog(reading);
+        outcome.Note(LogsiftDriver::InputStatus(failure), LogsiftDriver::InputText(failure));
     RebuildJsonPrinter& printer = reading.Printer();
     const ActionWalk& actions = reading.Actions();
     if (!reading.Loaded()) {
@@ -475,14 +504,14 @@ void summaryEnd(JsonWriter& json, unsigned status, const std::string& failure, b
 }
 
 int verifySummary(const Source& source, JsonWriter& json) {
-    begin(json, "verify_summary", source);
     LogsiftSummary::Report report;
     if (source.path.empty()) {
         report.status = QVS::STATUS_NO_MATCHING_FILE;
         report.failure = noFile(source, "verify report");
     } else {
-        report = LogsiftSummary::ReadReport(source.path);
+        report = LogsiftSummary::ReadReport(source);
     }
+    begin(json, "verify_summary", source, report.sized ? &report.size : nullptr);
     const VerifySummary& s = report.summary;
     json.Key("summary");
     json.BeginObject();
@@ -506,14 +535,14 @@ int verifySummary(const Source& source, JsonWriter& json) {
 }
 
 int rebuildSummary(const Source& source, JsonWriter& json) {
-    begin(json, "rebuild_summary", source);
     LogsiftSummary::Log log;
     if (source.path.empty()) {
         log.status = QVS::STATUS_NO_MATCHING_FILE;
         log.failure = noFile(source, "rebuild log");
     } else {
-        log = LogsiftSummary::ReadLog(source.path);
+        log = LogsiftSummary::ReadLog(source);
     }
+    begin(json, "rebuild_summary", source, log.sized ? &log.size : nullptr);
     const RebuildSummary& s = log.summary;
     json.Key("summary");
     json.BeginObject();
@@ -539,29 +568,41 @@ int document(bool rebuild, const Source& source, const Options& options, JsonWri
 // ---------------------------------------------------------------- every pool
 
 // Every pool's newest file of the type, each the document that pool alone
-// would give, keyed by the pool's name.
+// would give, keyed by the pool's name as that file spells it (written by
+// the lossless rule, so that no two pools share a key). When memory runs
+// out the document is closed where it stands, whole, with status 20000.
 int pools(const LogsiftDriver::FileType& type, const Options& options, JsonWriter& json) {
     opening(json, "pools");
     json.Member("file_type", type.word);
     json.Member("directory", options.directory);
     json.Member("summary", options.summary);
-    std::vector<LogsiftDriver::PoolFiles> found;
-    const int scan = LogsiftDriver::ScanPools(options.directory, found);
     json.Key("pools");
     json.BeginObject();
+    const std::size_t depth = json.Depth();
     int status = 0;
+    int scan = 0;
     unsigned long count = 0, notRead = 0, errorsFound = 0;
-    for (const LogsiftDriver::PoolFiles& pool : found) {
-        const std::string& path = type.rebuildLog ? pool.log : pool.report;
-        if (path.empty())
-            continue;
-        ++count;
-        json.Key(pool.name);
-        const int one = document(type.rebuildLog, Source{path, pool.name, options.directory},
-                                 options, json);
-        notRead += (one & EXIT_NOT_READ) != 0;
-        errorsFound += (one & EXIT_ERRORS_FOUND) != 0;
-        status |= one;
+    Outcome outcome;
+    try {
+        std::vector<LogsiftDriver::PoolFiles> found;
+        scan = LogsiftDriver::ScanPools(options.directory, found);
+        for (const LogsiftDriver::PoolFiles& pool : found) {
+            const std::string& path = type.rebuildLog ? pool.log : pool.report;
+            if (path.empty())
+                continue;
+            QVS::MemoryReserve::Check();
+            const std::string& name = type.rebuildLog ? pool.logName : pool.reportName;
+            Source source{path, name, options.directory, true};
+            ++count;
+            json.Key(QVS::LosslessText(name));
+            const int one = document(type.rebuildLog, source, options, json);
+            notRead += (one & EXIT_NOT_READ) != 0;
+            errorsFound += (one & EXIT_ERRORS_FOUND) != 0;
+            status |= one;
+        }
+    } catch (const std::bad_alloc&) {
+        json.CloseTo(depth);
+        outcome.Note(QVS::zERR_NO_MEMORY, OUT_OF_MEMORY_TEXT);
     }
     json.EndObject();
     json.Key("totals");
@@ -570,8 +611,8 @@ int pools(const LogsiftDriver::FileType& type, const Options& options, JsonWrite
     json.Quantity("not_read", notRead);
     json.Quantity("errors_found", errorsFound);
     json.EndObject();
-    // The pools' own failures are in their documents; this one's is the scan's.
-    Outcome outcome;
+    // The pools' own failures are in their documents; this one's is the
+    // scan's, or a lack of memory.
     if (scan != 0)
         outcome.Note(QVS::ERRNO_STATUS_BASE + static_cast<unsigned>(scan),
                      std::string("cannot read the directory: ") + std::strerror(scan));
@@ -593,10 +634,22 @@ int pools(const LogsiftDriver::FileType& type, const Options& options, JsonWrite
 
 } // namespace
 
-// A document of its own: the writer and the document's end.
+// A document of its own: the writer and the document's end. A lack of
+// memory that no part of the document could take in closes what was begun,
+// with its error, so that what is written is still one whole document.
 template <typename Write> int whole(std::ostream& out, Write write) {
     JsonWriter json(out);
-    const int status = write(json);
+    int status;
+    try {
+        status = write(json);
+    } catch (const std::bad_alloc&) {
+        if (json.Depth() == 0)
+            throw; // nothing begun: the program's own message says it
+        json.CloseTo(1);
+        errorMember(json, QVS::zERR_NO_MEMORY, OUT_OF_MEMORY_TEXT, -1);
+        json.EndObject();
+        status = EXIT_NOT_READ;
+    }
     json.Finish();
     return status;
 }
@@ -613,12 +666,14 @@ int RebuildLog(const std::string& path, const Options& options, std::ostream& ou
     });
 }
 
-int Document(const LogsiftDriver::FileType& type, const std::string& operand,
+int Document(const LogsiftDriver::FileType& type, const std::string* operand,
              const Options& options, std::ostream& out) {
     return whole(out, [&](JsonWriter& json) {
-        if (type.newest && operand.empty())
+        if (type.newest && operand == nullptr)
             return pools(type, options, json);
-        return document(type.rebuildLog, LogsiftDriver::Locate(type, operand, options.directory),
+        return document(type.rebuildLog,
+                        LogsiftDriver::Locate(type, operand ? *operand : std::string(),
+                                              options.directory),
                         options, json);
     });
 }

@@ -42,9 +42,10 @@ int VerifyReport(const std::string& path, const Options& options, std::ostream& 
 int RebuildLog(const std::string& path, const Options& options, std::ostream& out);
 // The document of a command line's file type and operand: the named file,
 // or the pool's newest file (a document whose error says there is none),
-// or, for vbfn and rtfn without a pool (an empty operand), every pool's
-// newest file, each the document that pool alone would give.
-int Document(const LogsiftDriver::FileType& type, const std::string& operand,
+// or, for vbfn and rtfn without a pool (no operand: null; an empty operand
+// is the pool whose name is empty), every pool's newest file, each the
+// document that pool alone would give.
+int Document(const LogsiftDriver::FileType& type, const std::string* operand,
              const Options& options, std::ostream& out);
 
 // Writes the JSON Schema of the documents (doc/logsift-json.schema.json),

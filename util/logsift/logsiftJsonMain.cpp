@@ -67,6 +67,9 @@ int document(int argc, char** argv) {
             std::cout << PROGRAM << " (QVS) " << VERSION << "\n";
             return 0;
         case 'P':
+            // An empty name would be read as the root directory.
+            if (*optarg == '\0')
+                return usageError("the directory name of -P is empty");
             options.directory = RavDirectory(optarg);
             break;
         case 'n':
@@ -94,7 +97,8 @@ int document(int argc, char** argv) {
         return usageError(std::string("unexpected argument - ") + argv[optind + most + 1] + ".");
     if (operands == 2)
         options.server = argv[optind + 2];
-    return LogsiftJson::Document(*type, operands > 0 ? argv[optind + 1] : "", options, std::cout);
+    const std::string operand = operands > 0 ? argv[optind + 1] : "";
+    return LogsiftJson::Document(*type, operands > 0 ? &operand : nullptr, options, std::cout);
 }
 
 } // namespace
@@ -102,5 +106,5 @@ int document(int argc, char** argv) {
 // A document closes itself whole when memory runs out while it is made (the
 // reserve lets it); what comes before one is reported as out of memory.
 int main(int argc, char** argv) {
-    return QVS::RunProgram(PROGRAM, LogsiftJson::EXIT_NOT_READ, document, argc, argv, true);
+    return QVS::RunProgram(PROGRAM, LogsiftJson::EXIT_NOT_READ, document, argc, argv);
 }

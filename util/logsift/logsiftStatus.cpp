@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 #include <string>
 
 namespace LogsiftStatus {
@@ -35,7 +36,8 @@ using Cells = std::vector<std::string>;
 
 Cells cellsOf(const PoolStatus& pool) {
     Cells cells(COLUMNS, "-");
-    cells[POOL] = pool.files.name;
+    // An empty name is shown as such, never as an empty cell.
+    cells[POOL] = pool.files.name.empty() ? "\"\"" : pool.files.name;
     if (!pool.files.report.empty()) {
         const LogsiftSummary::Report& report = pool.report;
         const VerifySummary& s = report.summary;
@@ -103,7 +105,10 @@ int Collect(const std::string& directory, const std::vector<std::string>& named,
         std::map<std::string, const LogsiftDriver::PoolFiles*> byKey;
         for (const LogsiftDriver::PoolFiles& files : found)
             byKey.emplace(LogsiftDriver::PoolKey(files.name), &files);
+        std::set<std::string> shown; // a pool named twice is shown once
         for (const std::string& name : named) {
+            if (!shown.insert(LogsiftDriver::PoolKey(name)).second)
+                continue;
             PoolStatus pool;
             pool.files.name = name;
             const auto known = byKey.find(LogsiftDriver::PoolKey(name));
@@ -115,9 +120,11 @@ int Collect(const std::string& directory, const std::vector<std::string>& named,
     }
     for (PoolStatus& pool : pools) {
         if (!pool.files.report.empty())
-            pool.report = LogsiftSummary::ReadReport(pool.files.report);
+            pool.report = LogsiftSummary::ReadReport(
+                LogsiftDriver::Source{pool.files.report, pool.files.reportName, directory, true});
         if (!pool.files.log.empty())
-            pool.log = LogsiftSummary::ReadLog(pool.files.log);
+            pool.log = LogsiftSummary::ReadLog(
+                LogsiftDriver::Source{pool.files.log, pool.files.logName, directory, true});
     }
     return status;
 }

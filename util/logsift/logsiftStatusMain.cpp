@@ -62,7 +62,9 @@ int listPools(const std::string& directory, const std::string& type) {
     return LogsiftStatus::EXIT_NOT_READ;
 }
 
-int usageError() {
+int usageError(const char* message = nullptr) {
+    if (message != nullptr)
+        std::cerr << PROGRAM << ": " << message << "\n";
     std::cerr << "Try '" << PROGRAM << " --help' for more information." << std::endl;
     return LogsiftStatus::EXIT_COMMAND_LINE;
 }
@@ -98,6 +100,9 @@ int status(int argc, char** argv) {
             std::cout << PROGRAM << " (QVS) " << VERSION << "\n";
             return 0;
         case 'P':
+            // An empty name would be read as the root directory.
+            if (*optarg == '\0')
+                return usageError("the directory name of -P is empty");
             directory = RavDirectory(optarg);
             break;
         case 'l':

@@ -8,7 +8,6 @@
 
 #include <ostream>
 
-#include <sys/stat.h>
 
 namespace LogsiftSummary {
 
@@ -22,10 +21,12 @@ public:
 
 class VerifySummaryReading : public LogsiftDriver::VerifyReading {
 public:
-    VerifySummaryReading(const std::string& path, Report& report) : path(path), report(report) {}
+    VerifySummaryReading(const std::string& path, QVS::InputFile& input, Report& report)
+        : path(path), input(input), report(report) {}
 
     std::unique_ptr<VerifyFile> Open() override {
-        return std::make_unique<VerifyFile>(path, nowhere, DEBUG_MASK);
+        return std::make_unique<VerifyFile>(path, input.Take(), input.Limit(), nowhere,
+                                            DEBUG_MASK);
     }
     unsigned OpenFailed(const std::exception& e) override {
         report.status = LogsiftDriver::FailureStatus(e);
@@ -36,7 +37,14 @@ public:
         report.opened = true;
         reader.SetPrinter(printer);
     }
-    unsigned Finished(VerifyFile&, unsigned status) override {
+    unsigned Finished(VerifyFile& reader, unsigned status) override {
+        uint32_t computed = 0;
+        report.crcKnown = reader.FinishCrc(computed);
+        report.crcMatches = report.crcKnown && computed == reader.storedCrc;
+        // A report whose bytes do not give its CRC is damaged, however
+        // well its sections read.
+        if (status == 0 && !report.crcMatches)
+            status = QVS::zERR_RAV_BAD_CHECKSUM;
         report.status = status;
         if (status != 0)
             report.failure = LogsiftDriver::DescribeVerifyStatus(status);
@@ -52,6 +60,7 @@ public:
 
 private:
     const std::string& path;
+    QVS::InputFile& input;
     Report& report;
     Nowhere nowhere;
     VerifySummaryPrinter printer;
@@ -59,10 +68,16 @@ private:
 
 class RebuildSummaryReading : public LogsiftDriver::RebuildReading {
 public:
-    RebuildSummaryReading(const std::string& path, Log& log) : path(path), log(log) {}
+    RebuildSummaryReading(const std::string& path, QVS::InputFile& input, Log& log)
+        : path(path), input(input), log(log) {}
 
     std::unique_ptr<RebuildFile> Open() override {
-        return std::make_unique<RebuildFile>(path, nowhere, DEBUG_MASK);
+        RebuildFile::Opened opened;
+        opened.regular = input.regular;
+        opened.size = input.size;
+        opened.diagnostics = &nowhere;
+        opened.descriptor = input.Take();
+        return std::make_unique<RebuildFile>(path, opened, nowhere, DEBUG_MASK);
     }
     unsigned OpenFailed(const std::exception& e) override {
         log.status = LogsiftDriver::FailureStatus(e);
@@ -92,6 +107,7 @@ public:
 
 private:
     const std::string& path;
+    QVS::InputFile& input;
     Log& log;
     const std::string server;
     Nowhere nowhere;
@@ -100,19 +116,35 @@ private:
 
 } // namespace
 
-Report ReadReport(const std::string& path) {
+Report ReadReport(const LogsiftDriver::Source& source) {
     Report report;
-    VerifySummaryReading reading(path, report);
+    QVS::InputFile input;
+    QVS::InputFailure failure;
+    if (!LogsiftDriver::OpenSource(source, input, failure)) {
+        report.status = LogsiftDriver::InputStatus(failure);
+        report.failure = LogsiftDriver::InputText(failure);
+        return report;
+    }
+    report.sized = input.regular;
+    report.size = input.size;
+    VerifySummaryReading reading(source.path, input, report);
     LogsiftDriver::ReadVerifyReport(reading);
     return report;
 }
 
-Log ReadLog(const std::string& path) {
+Log ReadLog(const LogsiftDriver::Source& source) {
     Log log;
-    struct stat info;
-    if (stat(path.c_str(), &info) == 0)
-        log.modified = static_cast<int64_t>(info.st_mtime);
-    RebuildSummaryReading reading(path, log);
+    QVS::InputFile input;
+    QVS::InputFailure failure;
+    if (!LogsiftDriver::OpenSource(source, input, failure)) {
+        log.status = LogsiftDriver::InputStatus(failure);
+        log.failure = LogsiftDriver::InputText(failure);
+        return log;
+    }
+    log.modified = input.modified;
+    log.sized = input.regular;
+    log.size = input.size;
+    RebuildSummaryReading reading(source.path, input, log);
     LogsiftDriver::ReadRebuildLog(reading);
     return log;
 }

@@ -44,7 +44,8 @@ struct CrcReadingHooks {
                 errno = ESPIPE;
                 return -1;
             }
-            base = info.st_size;
+            base = std::min<int64_t>(info.st_size, static_cast<int64_t>(
+                                                       std::min<uint64_t>(reading.limit, INT64_MAX)));
         } else if (whence != SEEK_SET) {
             errno = EINVAL;
             return -1;
@@ -71,6 +72,21 @@ FILE* CrcReading::Open(const char* path) {
     fd = ::open(path, O_RDONLY | O_CLOEXEC);
     if (fd < 0)
         return nullptr;
+    return Stream();
+}
+
+FILE* CrcReading::Adopt(int descriptor, uint64_t most) {
+    fd = descriptor;
+    limit = most;
+    return Stream();
+}
+
+std::size_t CrcReading::Within(std::size_t size) const {
+    const uint64_t left = position < limit ? limit - position : 0;
+    return static_cast<std::size_t>(std::min<uint64_t>(size, left));
+}
+
+FILE* CrcReading::Stream() {
     struct stat info;
     seekable = fstat(fd, &info) == 0 && S_ISREG(info.st_mode);
     cookie_io_functions_t hooks{};
@@ -100,7 +116,7 @@ void CrcReading::Fold(const char* buffer, uint64_t start, std::size_t count) {
 }
 
 long CrcReading::ReadNext(char* buffer, std::size_t size) {
-    const long n = readSome(fd, buffer, size);
+    const long n = Within(size) == 0 ? 0 : readSome(fd, buffer, Within(size));
     if (n < 0) {
         failed = true;
         return -1;
@@ -119,6 +135,7 @@ long CrcReading::ReadNext(char* buffer, std::size_t size) {
 
 bool CrcReading::Pass(uint64_t to) {
     char block[PASS_BLOCK];
+    to = std::min(to, limit);
     while (covered < to && !atEnd) {
         const long n = readSome(fd, block, static_cast<std::size_t>(std::min<uint64_t>(
                                                to - covered, sizeof block)));
@@ -132,6 +149,8 @@ bool CrcReading::Pass(uint64_t to) {
         }
         Fold(block, covered, static_cast<std::size_t>(n));
     }
+    if (covered >= limit)
+        atEnd = true;
     position = covered;
     return true;
 }

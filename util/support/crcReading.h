@@ -22,6 +22,10 @@ public:
     // The stream over `path`, read through this object, or null with errno
     // set. The stream owns the descriptor; this object must outlive it.
     FILE* Open(const char* path);
+    // The same over a descriptor already open (the stream takes it, and
+    // closes it even when this fails), read no further than `limit` bytes:
+    // a file that grows while it is read is read as it was when opened.
+    FILE* Adopt(int descriptor, uint64_t limit);
 
     // The descriptor under the stream (fileno gives -1 for such a stream).
     int Descriptor() const { return fd; }
@@ -40,8 +44,14 @@ private:
     bool Pass(uint64_t to);
     void Fold(const char* buffer, uint64_t start, std::size_t count);
 
+    // The stream over `fd`, or null (and `fd` closed).
+    FILE* Stream();
+    // At most `size`, and nothing past the limit.
+    std::size_t Within(std::size_t size) const;
+
     const uint64_t from;
     int fd = -1;
+    uint64_t limit = UINT64_MAX;
     uint64_t position = 0; // of the descriptor, as the stream sees it
     uint64_t covered = 0;  // every byte before this one has been folded
     bool atEnd = false;    // the file ended at `covered`

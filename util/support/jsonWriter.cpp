@@ -1,6 +1,8 @@
 // jsonWriter.cpp - the streaming JSON writer.
 #include "util/support/jsonWriter.h"
 
+#include "util/support/utf8.h"
+
 #include <charconv>
 #include <new>
 #include <stdexcept>
@@ -17,41 +19,6 @@ const char REPLACEMENT[] = "\xef\xbf\xbd";
 // The C1 controls in UTF-8: 0xC2 followed by 0x80 to 0x9F.
 const unsigned char C1_LEAD = 0xC2;
 const unsigned char C1_LAST = 0x9F;
-
-// The length of the valid UTF-8 character that begins `text`, or 0.
-std::size_t validCharacter(std::string_view text) {
-    const unsigned char c = static_cast<unsigned char>(text[0]);
-    std::size_t length;
-    unsigned char low = 0x80, high = 0xBF; // the second byte's range
-    if (c < 0x80)
-        return 1;
-    if (c >= 0xC2 && c <= 0xDF) {
-        length = 2;
-    } else if (c >= 0xE0 && c <= 0xEF) {
-        length = 3;
-        if (c == 0xE0)
-            low = 0xA0; // no overlong form
-        else if (c == 0xED)
-            high = 0x9F; // no surrogate
-    } else if (c >= 0xF0 && c <= 0xF4) {
-        length = 4;
-        if (c == 0xF0)
-            low = 0x90;
-        else if (c == 0xF4)
-            high = 0x8F; // nothing above U+10FFFF
-    } else {
-        return 0;
-    }
-    if (text.size() < length)
-        return 0;
-    const unsigned char second = static_cast<unsigned char>(text[1]);
-    if (second < low || second > high)
-        return 0;
-    for (std::size_t i = 2; i < length; ++i)
-        if ((static_cast<unsigned char>(text[i]) & 0xC0) != 0x80)
-            return 0;
-    return length;
-}
 
 } // namespace
 
@@ -70,7 +37,7 @@ std::size_t JsonWriter::PlainLength(std::string_view text) {
 }
 
 JsonWriter::JsonWriter(std::ostream& output)
-    : out(output), heap(new (std::nothrow) char[BUFFER_SIZE]),
+    : out(output), heap(TakeBuffer(BUFFER_SIZE)),
       buffer(heap ? heap.get() : fallback), capacity(heap ? BUFFER_SIZE : FALLBACK_SIZE) {
     // Room for any nesting a document has, so that writing allocates
     // nothing: a document is closed whole even when memory has run out.
@@ -200,7 +167,7 @@ template <typename Emit> void JsonWriter::EscapeInto(std::string_view text, Emit
         const unsigned char c = bytes[i];
         std::size_t length = 1;
         if (c >= 0x80) {
-            length = validCharacter(text.substr(i));
+            length = ValidCharacterLength(text.substr(i));
             // A C1 control (U+0080 to U+009F) is escaped like the C0 ones,
             // so that the document is safe to show as it is.
             if (length > 1 && !(c == C1_LEAD && bytes[i + 1] <= C1_LAST)) {

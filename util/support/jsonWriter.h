@@ -5,6 +5,7 @@
 #define UTIL_SUPPORT_JSONWRITER_H
 
 #include "util/support/compiler.h"
+#include "util/support/mallocBuffer.h"
 #include "util/support/shortCopy.h"
 
 #include <charconv>
@@ -339,7 +340,7 @@ private:
     // The buffer: BUFFER_SIZE bytes of the heap, or, where memory is too
     // short for them, the small one inside the writer, so that a document
     // can still be written and closed.
-    std::unique_ptr<char[]> heap;
+    MallocBuffer heap;
     char* buffer;
     char fallback[FALLBACK_SIZE];
     std::size_t capacity = 0;

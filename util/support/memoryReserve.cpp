@@ -9,11 +9,14 @@ namespace QVS {
 bool MemoryReserve::installed = false;
 void* MemoryReserve::held = nullptr;
 
-void MemoryReserve::Install() {
+bool MemoryReserve::Install() {
     if (held == nullptr)
         held = std::malloc(SIZE);
+    if (held == nullptr)
+        return false;
     installed = true;
     std::set_new_handler(GiveUp);
+    return true;
 }
 
 // Called by operator new when an allocation fails: the first time the

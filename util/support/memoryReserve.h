@@ -16,8 +16,10 @@ public:
     static constexpr std::size_t SIZE = 256 * 1024;
 
     // Takes the reserve and installs the new-handler that gives it up. The
-    // handler throws std::bad_alloc once the reserve is gone.
-    static void Install();
+    // handler throws std::bad_alloc once the reserve is gone, and the memory
+    // given back is there for the exception itself. False when the reserve
+    // cannot be had: memory is then too short even to throw.
+    static bool Install();
     // At a place where the work can stop with its document whole: throws
     // std::bad_alloc when the reserve was given up and cannot be taken
     // again. A failure that passed (an allocation larger than what is left,

@@ -93,7 +93,7 @@ long systemWrite(int fd, const void* data, std::size_t size) { return ::write(fd
 OutputWriter::OutputWriter(int descriptor, bool lines, bool escape, WriteFunction writeFunction,
                            OnFailure failure)
     : fd(descriptor), write(writeFunction ? writeFunction : systemWrite), lineBuffered(lines),
-      escapeControls(escape), onFailure(failure), heap(new (std::nothrow) char[BUFFER_SIZE]),
+      escapeControls(escape), onFailure(failure), heap(TakeBuffer(BUFFER_SIZE)),
       buffer(heap ? heap.get() : fallback), capacity(heap ? BUFFER_SIZE : FALLBACK_SIZE) {
     // A terminal's writes all come through xsputn and overflow, which see
     // each line end; anything else is written straight into the buffer.

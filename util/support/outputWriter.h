@@ -6,6 +6,8 @@
 #ifndef UTIL_SUPPORT_OUTPUTWRITER_H
 #define UTIL_SUPPORT_OUTPUTWRITER_H
 
+#include "util/support/mallocBuffer.h"
+
 #include <cstddef>
 #include <iostream>
 #include <memory>
@@ -94,7 +96,7 @@ private:
     // BUFFER_SIZE bytes of the heap, or where memory is too short for them
     // the small buffer inside the writer: output still goes out, in
     // smaller writes.
-    std::unique_ptr<char[]> heap;
+    MallocBuffer heap;
     char* buffer;
     std::size_t capacity;
     char fallback[FALLBACK_SIZE];

@@ -52,12 +52,14 @@ int OutOfMemory(const char* program, int status) {
 }
 
 int RunProgram(const char* program, int failureStatus, int (*work)(int, char**), int argc,
-               char** argv, bool memoryReserve) {
+               char** argv) {
     if (!OpenClosedStandardDescriptors())
         return StartFailure(program, failureStatus);
+    // Without the reserve even a throw could not be made: said plainly
+    // and ended here, rather than with a signal later.
+    if (!MemoryReserve::Install())
+        return OutOfMemory(program, failureStatus);
     try {
-        if (memoryReserve)
-            MemoryReserve::Install();
         return RunWithStandardOutput(program, failureStatus, work, argc, argv);
     } catch (const std::bad_alloc&) {
         return OutOfMemory(program, failureStatus);

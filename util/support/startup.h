@@ -24,11 +24,13 @@ int OutOfMemory(const char* program, int status);
 
 // A program's whole run, the same for every program of the package: the
 // closed standard descriptors opened (StartFailure when that fails), the
-// memory reserve installed when asked for, `work` run with standard output
-// through its writer (RunWithStandardOutput), and a lack of memory anywhere
-// reported by OutOfMemory. `failureStatus` is the status of each failure.
+// memory reserve installed (memoryReserve.h: it lets a lack of memory be
+// thrown and reported, and a JSON document be closed whole), `work` run
+// with standard output through its writer (RunWithStandardOutput), and a
+// lack of memory anywhere reported by OutOfMemory. `failureStatus` is the
+// status of each failure.
 int RunProgram(const char* program, int failureStatus, int (*work)(int, char**), int argc,
-               char** argv, bool memoryReserve = false);
+               char** argv);
 
 } // namespace QVS
 
