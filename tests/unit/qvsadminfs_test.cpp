@@ -17,6 +17,7 @@
 #include <fcntl.h>
 #include <set>
 #include <string>
+#include <sys/file.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -115,6 +116,41 @@ TEST(WrapperScript, PrivateMountIsSeenByTheCommandOnly) {
     EXPECT_EQ(status, 0) << out;
     EXPECT_EQ(out, "1\n0\n");
     EXPECT_FALSE(AdminVolume::Mounted(mnt));
+}
+
+// /_admin is made by the first test that mounts there and removed by the
+// last one out: the tests leave nothing outside their own directories.
+using qvsadminfs::RootMountPoint;
+
+TEST(RootMountPoint, TheLastOneOutRemovesWhatTheFirstOneMade) {
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "/_admin can be made by root only";
+    const bool existed = RootMountPoint::MadeByOthers();
+    {
+        RootMountPoint first, second;
+        ASSERT_TRUE(first.Take());
+        ASSERT_TRUE(second.Take());
+        first.Leave();
+        // Still in use by the second.
+        EXPECT_EQ(::access(RootMountPoint::PATH, F_OK), 0);
+    }
+    EXPECT_TRUE(RootMountPoint::NothingLeft(existed));
+}
+
+TEST(WrapperScript, LeavesNoMountPointAtTheRoot) {
+    REQUIRE_SIMULATOR();
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "/_admin can be made by root only";
+    Scratch scratch;
+    const bool existed = RootMountPoint::MadeByOthers();
+    std::string out;
+    int status = Shell(Script() + " --private --sim " + Quote(AdminVolume::SimulatorBinary()) +
+                           " --state " + Quote(scratch.dir() + "/state") +
+                           " /_admin -- sh -c 'ls /_admin/Manage_QVS'",
+                       out);
+    EXPECT_EQ(status, 0) << out;
+    EXPECT_EQ(out, "Pool\nmanage.cmd\n");
+    EXPECT_TRUE(RootMountPoint::NothingLeft(existed));
 }
 
 TEST(WrapperScript, MissingSimulatorIsSkipped) {

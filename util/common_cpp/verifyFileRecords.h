@@ -499,56 +499,56 @@ using RecordTables::Kind;
 // it. Heading and row widths differ where the report has them differ.
 namespace Columns {
 
-constexpr Column ZID_COLUMNS[] = {{"Zid", 16, 3, 17, 2, Cell::Hex, "zid", 17, "z", 2}};
-constexpr ColumnTable ZID{ZID_COLUMNS, std::size(ZID_COLUMNS), true};
+inline constexpr Column ZID_COLUMNS[] = {{"Zid", 16, 3, 17, 2, Cell::Hex, "zid", 17, "z", 2}};
+inline constexpr ColumnTable ZID{ZID_COLUMNS, std::size(ZID_COLUMNS), true};
 
 // The block in decimal here, unlike every other block column.
-constexpr Column ZID_BLOCK_COLUMNS[] = {{"Zid", 16, 3, 17, 2, Cell::Hex, "zid", 17, "z", 2},
+inline constexpr Column ZID_BLOCK_COLUMNS[] = {{"Zid", 16, 3, 17, 2, Cell::Hex, "zid", 17, "z", 2},
                                         {"Block", 8, 3, 9, 2, Cell::Unsigned, "block", 9, "k", 2}};
-constexpr ColumnTable ZID_BLOCK{ZID_BLOCK_COLUMNS, std::size(ZID_BLOCK_COLUMNS), true};
+inline constexpr ColumnTable ZID_BLOCK{ZID_BLOCK_COLUMNS, std::size(ZID_BLOCK_COLUMNS), true};
 
-constexpr Column START_END_BLOCK_COLUMNS[] = {
+inline constexpr Column START_END_BLOCK_COLUMNS[] = {
     {"Start", 8, 3, 9, 2, Cell::Hex, "startBlock", 8, "k", 3},
     {"End", 8, 3, 9, 2, Cell::Hex, "endBlock", 8, "k", 3}};
-constexpr ColumnTable START_END_BLOCK{START_END_BLOCK_COLUMNS, std::size(START_END_BLOCK_COLUMNS),
+inline constexpr ColumnTable START_END_BLOCK{START_END_BLOCK_COLUMNS, std::size(START_END_BLOCK_COLUMNS),
                                       true};
 
-constexpr Column EXPECTED_ACTUAL_BLOCK_COLUMNS[] = {
+inline constexpr Column EXPECTED_ACTUAL_BLOCK_COLUMNS[] = {
     {"Expected block", 16, 3, 17, 2, Cell::Hex, "expectedBlock", 16, "k", 3},
     {"Actual block", 16, 0, 17, 0, Cell::Hex, "actualBlock", 16, "k", 3}};
-constexpr ColumnTable EXPECTED_ACTUAL_BLOCK{EXPECTED_ACTUAL_BLOCK_COLUMNS,
+inline constexpr ColumnTable EXPECTED_ACTUAL_BLOCK{EXPECTED_ACTUAL_BLOCK_COLUMNS,
                                             std::size(EXPECTED_ACTUAL_BLOCK_COLUMNS), true};
 
-constexpr Column ZID_STATUS_COLUMNS[] = {
+inline constexpr Column ZID_STATUS_COLUMNS[] = {
     {"Zid", 16, 3, 17, 2, Cell::Hex, "zid", 17, "z", 2},
     {"Status", 6, 3, 6, 3, Cell::Signed, "status", 6, nullptr, 3},
     {"Source", 32, 3, 32, 3, Cell::Text, "sourceSetter", 32, nullptr, 3}};
-constexpr ColumnTable ZID_STATUS{ZID_STATUS_COLUMNS, std::size(ZID_STATUS_COLUMNS), true};
+inline constexpr ColumnTable ZID_STATUS{ZID_STATUS_COLUMNS, std::size(ZID_STATUS_COLUMNS), true};
 
-constexpr Column BLOCK_STATUS_COLUMNS[] = {
+inline constexpr Column BLOCK_STATUS_COLUMNS[] = {
     {"Block", 16, 3, 17, 2, Cell::Hex, "block", 16, "k", 3},
     {"Status", 8, 3, 8, 3, Cell::Signed, "status", 6, nullptr, 3},
     {"Source", 32, 3, 32, 3, Cell::Text, "sourceSetter", 32, nullptr, 3}};
-constexpr ColumnTable BLOCK_STATUS{BLOCK_STATUS_COLUMNS, std::size(BLOCK_STATUS_COLUMNS), true};
+inline constexpr ColumnTable BLOCK_STATUS{BLOCK_STATUS_COLUMNS, std::size(BLOCK_STATUS_COLUMNS), true};
 
-constexpr Column PARENT_CHILD_STATUS_COLUMNS[] = {
+inline constexpr Column PARENT_CHILD_STATUS_COLUMNS[] = {
     {"Parent", 16, 3, 17, 2, Cell::Hex, "parentZid", 17, "z", 2},
     {"Child", 16, 3, 17, 2, Cell::Hex, "childZid", 17, "z", 2},
     {"Status", 6, 3, 6, 3, Cell::Signed, "status", 6, nullptr, 3},
     {"Source", 32, 3, 32, 3, Cell::Text, "sourceSetter", 32, nullptr, 3}};
-constexpr ColumnTable PARENT_CHILD_STATUS{PARENT_CHILD_STATUS_COLUMNS,
+inline constexpr ColumnTable PARENT_CHILD_STATUS{PARENT_CHILD_STATUS_COLUMNS,
                                           std::size(PARENT_CHILD_STATUS_COLUMNS), true};
 
 // "Expecteded" is the column's title.
-constexpr Column ZID_ZID_ZID_FILE_NAME_COLUMNS[] = {
+inline constexpr Column ZID_ZID_ZID_FILE_NAME_COLUMNS[] = {
     {"Actual", 10, 3, 11, 2, Cell::Hex, "actualZid", 10, "z", 3},
     {"Expecteded", 10, 3, 11, 2, Cell::Hex, "expectedZid", 10, "z", 3},
     {"Parent", 10, 3, 11, 2, Cell::Hex, "parentZid", 10, "z", 3},
     {"File name", 38, 3, 38, 3, Cell::Wide, "fileName", 38, nullptr, 3}};
-constexpr ColumnTable ZID_ZID_ZID_FILE_NAME{ZID_ZID_ZID_FILE_NAME_COLUMNS,
+inline constexpr ColumnTable ZID_ZID_ZID_FILE_NAME{ZID_ZID_ZID_FILE_NAME_COLUMNS,
                                             std::size(ZID_ZID_ZID_FILE_NAME_COLUMNS), true};
 
-constexpr Column NAME_TREE_ENTRY_COLUMNS[] = {
+inline constexpr Column NAME_TREE_ENTRY_COLUMNS[] = {
     {"Zid", 19, 2, 19, 2, Cell::Hex, "zid", 19, "z", 2},
     {"Parent Zid", 19, 2, 19, 2, Cell::Hex, "parentZid", 19, "z", 2},
     {"Type", 6, 3, 6, 3, Cell::NameType, "nameType", 6, nullptr, 3},
@@ -556,27 +556,27 @@ constexpr Column NAME_TREE_ENTRY_COLUMNS[] = {
     {"File name", 38, 3, 38, 3, Cell::Wide, "fileName", 38, nullptr, 3},
     {"Status", 6, 3, 6, 3, Cell::Signed, "status", 6, nullptr, 3},
     {"Source", 32, 3, 32, 3, Cell::Text, "sourceSetter", 32, nullptr, 3}};
-constexpr ColumnTable NAME_TREE_ENTRY{NAME_TREE_ENTRY_COLUMNS, std::size(NAME_TREE_ENTRY_COLUMNS),
+inline constexpr ColumnTable NAME_TREE_ENTRY{NAME_TREE_ENTRY_COLUMNS, std::size(NAME_TREE_ENTRY_COLUMNS),
                                       true};
 
 // A name, a status and its source, headed as a list of its own would be.
-constexpr Column NAME_STATUS_COLUMNS[] = {
+inline constexpr Column NAME_STATUS_COLUMNS[] = {
     {"Name", 32, 3, 32, 3, Cell::Wide, "volumeName", 32, nullptr, 3},
     {"Status", 8, 3, 8, 3, Cell::Signed, "status", 6, nullptr, 3},
     {"Source", 32, 3, 32, 3, Cell::Text, "sourceSetter", 32, nullptr, 3}};
-constexpr ColumnTable NAME_STATUS{NAME_STATUS_COLUMNS, std::size(NAME_STATUS_COLUMNS), true};
+inline constexpr ColumnTable NAME_STATUS{NAME_STATUS_COLUMNS, std::size(NAME_STATUS_COLUMNS), true};
 
 // The skipped-volume list heads only its first column; its rows end their
 // own line, and the list adds another.
-constexpr Column SKIPPED_VOLUME_COLUMNS[] = {
+inline constexpr Column SKIPPED_VOLUME_COLUMNS[] = {
     {"Logical Volumes Skipped", 32, 0, 32, 0, Cell::Wide, "volumeName", 32, nullptr, 3},
     {nullptr, 0, 0, 0, 0, Cell::Signed, "status", 6, nullptr, 3},
     {nullptr, 0, 0, 0, 0, Cell::Text, "sourceSetter", 32, nullptr, 3}};
-constexpr ColumnTable SKIPPED_VOLUME{SKIPPED_VOLUME_COLUMNS, std::size(SKIPPED_VOLUME_COLUMNS),
+inline constexpr ColumnTable SKIPPED_VOLUME{SKIPPED_VOLUME_COLUMNS, std::size(SKIPPED_VOLUME_COLUMNS),
                                      true};
 
 // Seconds are taken in 32 bits: an end before the start wraps.
-constexpr Column ACTION_COLUMNS[] = {
+inline constexpr Column ACTION_COLUMNS[] = {
     {"Object", 16, 2, 16, 2, Cell::WideRight, "object", 16, nullptr, 2},
     {"Pool", 4, 2, 4, 2, Cell::YesNo, "isPool", 4, nullptr, 2},
     {"Start", 11, 2, 11, 2, Cell::Hex, "start", 10, "k", 3},
@@ -585,15 +585,15 @@ constexpr Column ACTION_COLUMNS[] = {
     {"Sub-object", 22, 2, 22, 2, Cell::TextRight, "subObject", 22, nullptr, 2},
     {"Action", 32, 2, 32, 2, Cell::Text, "action", 32, nullptr, 2},
     {"Key", 4, 0, 4, 0, Cell::Unsigned, "key", 4, nullptr, 0}};
-constexpr ColumnTable ACTION{ACTION_COLUMNS, std::size(ACTION_COLUMNS), false};
+inline constexpr ColumnTable ACTION{ACTION_COLUMNS, std::size(ACTION_COLUMNS), false};
 
-constexpr Column CONFLICT_COLUMNS[] = {
+inline constexpr Column CONFLICT_COLUMNS[] = {
     {"Block", 8, 3, 9, 2, Cell::Hex, "block", 8, "k", 3},
     {"Object 1", 18, 3, 19, 2, Cell::Hex, "object1", 18, "z", 3},
     {"Volume 1", 8, 4, 10, 2, Cell::Hex, "volume1", 8, "vz", 4},
     {"Object 2", 18, 3, 19, 2, Cell::Hex, "object2", 18, "z", 3},
     {"Volume 2", 8, 4, 10, 2, Cell::Hex, "volume2", 8, "vz", 4}};
-constexpr ColumnTable CONFLICT{CONFLICT_COLUMNS, std::size(CONFLICT_COLUMNS), false};
+inline constexpr ColumnTable CONFLICT{CONFLICT_COLUMNS, std::size(CONFLICT_COLUMNS), false};
 
 } // namespace Columns
 

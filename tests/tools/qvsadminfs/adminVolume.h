@@ -18,6 +18,7 @@
 #include <sched.h>
 #include <sstream>
 #include <string>
+#include <sys/file.h>
 #include <sys/mount.h>
 #include <sys/prctl.h>
 #include <sys/stat.h>
@@ -26,6 +27,91 @@
 #include <unistd.h>
 
 namespace qvsadminfs {
+
+// /_admin at the root of the machine, shared by the tests that mount there,
+// each in a mount namespace of its own: the first one in makes it where it
+// is missing, and the last one out removes what the first one made, so that
+// the tests leave nothing behind. Nothing else is made for it: users hold a
+// shared lock on the directory itself while they need it, a lock on "/"
+// makes taking and leaving it one step each, and the mark that the tests
+// made it lies inside it (hidden under each test's own mount). with-admin-
+// volume.sh keeps the same rule.
+class RootMountPoint {
+public:
+    static constexpr const char* PATH = "/_admin";
+    static constexpr const char* GUARD = "/";
+    static constexpr const char* MADE_MARK = "/_admin/.made-by-tests";
+
+    RootMountPoint() = default;
+    RootMountPoint(const RootMountPoint&) = delete;
+    RootMountPoint& operator=(const RootMountPoint&) = delete;
+    ~RootMountPoint() { Leave(); }
+
+    bool Take() {
+        const int guard = Lock(GUARD, LOCK_EX);
+        if (guard < 0)
+            return false;
+        if (::access(PATH, F_OK) != 0 && ::mkdir(PATH, 0755) == 0)
+            ::close(::open(MADE_MARK, O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
+        users_ = Lock(PATH, LOCK_SH);
+        ::close(guard);
+        return users_ >= 0;
+    }
+
+    void Leave() {
+        if (users_ < 0)
+            return;
+        const int guard = Lock(GUARD, LOCK_EX);
+        ::close(users_);
+        users_ = -1;
+        const int last = ::open(PATH, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        if (last >= 0 && ::flock(last, LOCK_EX | LOCK_NB) == 0 &&
+            ::unlink(MADE_MARK) == 0)
+            ::rmdir(PATH);
+        if (last >= 0)
+            ::close(last);
+        if (guard >= 0)
+            ::close(guard);
+    }
+
+    // Holding both locks where no test uses it: whether the tests left
+    // anything (their mark, or the directory when it was not there before
+    // them). Unknown (true) while another test uses it.
+    static bool NothingLeft(bool existedBefore) {
+        const int guard = Lock(GUARD, LOCK_EX);
+        bool clean = true;
+        const int users = ::open(PATH, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        if (users < 0)
+            clean = true;
+        else if (::flock(users, LOCK_EX | LOCK_NB) == 0)
+            clean = existedBefore && ::access(MADE_MARK, F_OK) != 0;
+        if (users >= 0)
+            ::close(users);
+        if (guard >= 0)
+            ::close(guard);
+        return clean;
+    }
+    // Whether /_admin is there, made by something else than the tests.
+    static bool MadeByOthers() {
+        return ::access(PATH, F_OK) == 0 && ::access(MADE_MARK, F_OK) != 0;
+    }
+
+private:
+    static int Lock(const char* path, int how) {
+        const int fd = ::open(path, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        if (fd < 0)
+            return -1;
+        while (::flock(fd, how) != 0) {
+            if (errno != EINTR) {
+                ::close(fd);
+                return -1;
+            }
+        }
+        return fd;
+    }
+
+    int users_ = -1;
+};
 
 class AdminVolume {
 public:
@@ -59,10 +145,9 @@ public:
                 return Skip(std::string("no private mount namespace: ") + std::strerror(errno));
             if (::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0)
                 return Fail(std::string("mount --make-rprivate /: ") + std::strerror(errno));
-            // The directory stays: other tests may use it in their own
-            // namespaces at the same moment.
-            ::mkdir("/_admin", 0755);
-            mountPoint_ = "/_admin";
+            if (!root_.Take())
+                return Fail(std::string("cannot make ") + RootMountPoint::PATH);
+            mountPoint_ = RootMountPoint::PATH;
         } else {
             mountPoint_ = dir_ + "/_admin";
             ::mkdir(mountPoint_.c_str(), 0755);
@@ -120,6 +205,7 @@ public:
         }
         if (!mountPoint_.empty() && Mounted(mountPoint_))
             ::umount2(mountPoint_.c_str(), MNT_DETACH);
+        root_.Leave();
         if (!dir_.empty()) {
             if (mountPoint_ == dir_ + "/_admin")
                 ::rmdir(mountPoint_.c_str());
@@ -213,6 +299,7 @@ private:
     std::string mountPoint_;
     std::string message_;
     pid_t pid_ = -1;
+    RootMountPoint root_;
 };
 
 } // namespace qvsadminfs

@@ -72,8 +72,24 @@ if [ "$parent" != "/" ] && command -v flock >/dev/null; then
     mkdir -p "$parent" && exec 8<"$parent" && flock 8
 fi
 
+# A top-level mount point (/_admin) is shared by the tests that mount there,
+# each in a mount namespace of its own: the first one in makes it where it is
+# missing, the last one out removes what the first one made (the rule of
+# tests/tools/qvsadminfs/adminVolume.h). Users hold a shared lock on the
+# directory itself, a lock on / makes taking and leaving it one step each,
+# and the tests' mark lies inside it.
+made_mark=$mnt/.made-by-tests
+shared_root=0
 created=0
-if [ ! -d "$mnt" ]; then
+if [ "$parent" = "/" ] && command -v flock >/dev/null; then
+    exec 7</ && flock 7 || exit 1
+    if [ ! -e "$mnt" ] && mkdir "$mnt"; then
+        : >"$made_mark"
+    fi
+    exec 6<"$mnt" && flock -s 6 || exit 1
+    exec 7<&-
+    shared_root=1
+elif [ ! -d "$mnt" ]; then
     mkdir -p "$mnt" || exit 1
     created=1
 fi
@@ -103,10 +119,16 @@ cleanup() {
     if mounted "$mnt"; then
         fusermount3 -u -z "$mnt" 2>/dev/null || umount -l "$mnt" 2>/dev/null
     fi
-    # A top-level mount point such as /_admin may be in use by another test
-    # in its own mount namespace at this moment, so it stays.
-    if [ "$created" -eq 1 ] && [ "$(dirname "$mnt")" != "/" ]; then
+    if [ "$created" -eq 1 ]; then
         rmdir "$mnt" 2>/dev/null
+    fi
+    if [ "$shared_root" -eq 1 ]; then
+        exec 7</ && flock 7
+        exec 6<&-
+        if flock -n -x "$mnt" true && [ -e "$made_mark" ] && rm -f "$made_mark"; then
+            rmdir "$mnt" 2>/dev/null
+        fi
+        exec 7<&-
     fi
     [ -z "$simerr" ] && rm -f "$errfile"
 }
@@ -119,7 +141,7 @@ simargs=(--state "$state" --die-with-parent)
 [ -n "$log" ] && simargs+=(--log "$log")
 [ -n "$trace" ] && simargs+=(--trace "$trace")
 [ -n "$pooldir" ] && simargs+=(--pool-dir "$pooldir")
-"$sim" "${simargs[@]}" "$mnt" 2>"$errfile" &
+"$sim" "${simargs[@]}" "$mnt" 2>"$errfile" 6>&- &
 pid=$!
 
 ready=0
@@ -138,7 +160,7 @@ if [ "$ready" -ne 1 ]; then
 fi
 
 # In the background, so that a signal to this script is handled at once.
-"$@" <&0 &
+"$@" <&0 6>&- &
 cmdpid=$!
 wait "$cmdpid"
 status=$?
