@@ -95,6 +95,11 @@ print(*[s.getsockname()[1] for s in held])')
 as_exporter=()
 if [ "$(id -u)" -eq 0 ] && id prometheus >/dev/null 2>&1 && command -v setpriv >/dev/null; then
     as_exporter=(setpriv --reuid=prometheus --regid=prometheus --clear-groups)
+    # A TMPDIR closed to others hides the files from it, whatever their mode.
+    if ! "${as_exporter[@]}" test -r "$work/a/textfile/logsift.prom"; then
+        echo "the user prometheus cannot reach $work: the node exporters run as $(id -un)"
+        as_exporter=()
+    fi
 fi
 for server in a b; do
     port_var=port_$server

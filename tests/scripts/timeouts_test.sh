@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
 # timeouts_test.sh BUILD_DIR - every CTest test of the build carries a
 # TIMEOUT, so that a hang fails its test instead of stopping the suite, and
-# the label of its tier (quick, slow, packaging or interactive), so that each
-# tier runs what it should.
+# the label of its tier (quick, slow, packaging, interactive or prometheus),
+# so that each tier runs what it should.
 set -u
 cd "$1" || exit 1
 ctest --show-only=json-v1 2>/dev/null | "${PYTHON:-python3}" -c '
 import json, sys
-TIERS = {"quick", "slow", "packaging", "interactive"}
+TIERS = {"quick", "slow", "packaging", "interactive", "prometheus"}
 tests = json.load(sys.stdin)["tests"]
 def prop(test, name):
     return [p["value"] for p in test.get("properties", []) if p["name"] == name]

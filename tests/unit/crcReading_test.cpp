@@ -252,3 +252,20 @@ TEST_F(CrcReadingTest, VerifyReaderGivesTheCrcOnlyWhenMadeToFoldIt) {
 }
 
 } // namespace
+
+// A seek whose target would overflow is refused, not computed (a signed
+// overflow is undefined behaviour, which the sanitizer build stops at).
+TEST_F(CrcReadingTest, SeekBeyondTheLargestOffsetIsRefused) {
+    const std::string path = write("report", pattern(100, 9));
+    QVS::CrcReading reading(4);
+    FILE* stream = reading.Open(path.c_str());
+    ASSERT_NE(stream, nullptr);
+    ASSERT_EQ(fseeko(stream, 50, SEEK_SET), 0);
+    errno = 0;
+    EXPECT_EQ(fseeko(stream, INT64_MAX, SEEK_CUR), -1);
+    EXPECT_EQ(errno, EINVAL);
+    EXPECT_EQ(fseeko(stream, INT64_MAX, SEEK_END), -1);
+    EXPECT_EQ(fseeko(stream, -200, SEEK_END), -1);
+    EXPECT_EQ(ftello(stream), 50);
+    std::fclose(stream);
+}

@@ -1,6 +1,7 @@
 // jsonWriter_test.cpp - the streaming JSON writer: layout, numbers and their
 // decimal twins, string escapes, invalid UTF-8, and closing a cut document;
 // and the JSON printers' names (snake_case, status names, UTF-16 names).
+#include "util/common_cpp/jsonFields.h"
 #include "util/common_cpp/verifyJsonPrinter.h"
 #include "util/support/jsonWriter.h"
 
@@ -274,4 +275,28 @@ TEST(JsonNames, WideNamesCombineSurrogatePairs) {
     // Cut at the field's end, and a pair cut by it.
     EXPECT_EQ("A", VerifyJson::WideName(field, 1));
     EXPECT_EQ("A\xef\xbf\xbd", VerifyJson::WideName(field, 2));
+}
+
+// The members a document closed for a lack of memory still writes (a large
+// quantity with its decimal twin, a status with its name) allocate nothing.
+TEST(JsonWriter, QuantityTwinsAndStatusNamesAllocateNothing) {
+    FixedSink sink(4096);
+    std::ostream out(&sink);
+    {
+        JsonWriter json(out);
+        counting = true;
+        allocations = 0;
+        json.BeginObject();
+        json.Quantity("size", uint64_t{1} << 60);
+        JsonFields::StatusMember(json, "status", 20000);
+        JsonFields::StatusMember(json, "status", 582635522);
+        json.EndObject();
+        json.Finish();
+        counting = false;
+    }
+    EXPECT_EQ(0, allocations);
+    EXPECT_EQ("{\n  \"size\": 1152921504606846976,\n  \"size_s\": \"1152921504606846976\",\n"
+              "  \"status\": 20000,\n  \"status_name\": \"zERR_NO_MEMORY\",\n"
+              "  \"status\": 582635522,\n  \"status_name\": null\n}\n",
+              sink.Text());
 }

@@ -7,12 +7,15 @@
 #include "util/support/qvsError.h"
 #include "util/support/qvsStatus.h"
 
+#include "util/support/inputFile.h"
+
 #include <gtest/gtest.h>
 
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
+#include <iterator>
 #include <new>
 #include <sstream>
 #include <stdexcept>
@@ -190,103 +193,41 @@ TEST(ScanPools, DirectoryWithoutReportsHasNoPools) {
     EXPECT_TRUE(pools.empty());
 }
 
-TEST(FailureStatus, OwnStatusMemoryOrBadParameter) {
-    EXPECT_EQ(LogsiftDriver::FailureStatus(std::bad_alloc()), QVS::zERR_NO_MEMORY);
-    EXPECT_EQ(LogsiftDriver::FailureStatus(QVSError("x", 20163, "here")), 20163u);
-    EXPECT_EQ(LogsiftDriver::FailureStatus(std::runtime_error("x")),
-              QVS::zERR_BAD_PARAMETER_VALUE);
+TEST(OutcomeOf, OwnStatusMemoryBadParameterOrInternal) {
+    const LogsiftDriver::Outcome memory = LogsiftDriver::OutcomeOf(std::bad_alloc());
+    EXPECT_EQ(memory.status, QVS::zERR_NO_MEMORY);
+    EXPECT_EQ(memory.text, "out of memory");
+    EXPECT_TRUE(memory.threw);
+    EXPECT_EQ(LogsiftDriver::OutcomeOf(QVSError("x", 20163, "here")).status, 20163u);
+    const LogsiftDriver::Outcome input = LogsiftDriver::OutcomeOf(std::runtime_error("x"));
+    EXPECT_EQ(input.status, QVS::zERR_BAD_PARAMETER_VALUE);
+    EXPECT_EQ(input.thrown, "x");
+    EXPECT_FALSE(input.internal);
+    // A programming error is not reported as bad input.
+    const LogsiftDriver::Outcome internal = LogsiftDriver::OutcomeOf(std::logic_error("bug"));
+    EXPECT_TRUE(internal.internal);
+    EXPECT_EQ(internal.status, QVS::zERR_GENERIC_QVS_ERROR);
+    EXPECT_EQ(internal.text, "internal error: bug");
 }
 
-// Records the steps it is given.
-class Recording : public LogsiftDriver::VerifyReading {
-public:
-    explicit Recording(std::string path, bool throwInStart = false)
-        : path(std::move(path)), throwInStart(throwInStart) {}
-    std::unique_ptr<VerifyFile> Open() override {
-        steps.push_back("open");
-        return std::make_unique<VerifyFile>(path, messages, 4);
-    }
-    unsigned OpenFailed(const std::exception&) override {
-        steps.push_back("open failed");
-        return 1;
-    }
-    void Start(VerifyFile&) override {
-        steps.push_back("start");
-        if (throwInStart)
-            throw std::runtime_error("stop");
-    }
-    unsigned Finished(VerifyFile&, unsigned status) override {
-        steps.push_back("finished " + std::to_string(status));
-        return 2;
-    }
-    unsigned Threw(VerifyFile&, const std::exception& e) override {
-        steps.push_back(std::string("threw ") + e.what());
-        return 3;
-    }
-    std::string path;
-    bool throwInStart;
-    std::ostringstream messages;
-    std::vector<std::string> steps;
-};
-
-TEST(ReadVerifyReport, OpenFailureEndsTheWalk) {
-    Recording reading("/nonexistent/report.vbf");
-    EXPECT_EQ(LogsiftDriver::ReadVerifyReport(reading), 1u);
-    EXPECT_EQ(reading.steps, (std::vector<std::string>{"open", "open failed"}));
+TEST(OutcomeOf, AnOperatingSystemFailureCarriesItsErrno) {
+    errno = EACCES;
+    const LogsiftDriver::Outcome outcome =
+        LogsiftDriver::OutcomeOf(AdminError("Could not open", "here"));
+    EXPECT_EQ(outcome.error, EACCES);
+    EXPECT_EQ(outcome.status, QVS::ERRNO_STATUS_BASE + EACCES);
 }
 
-TEST(ReadVerifyReport, WalkEndsWithTheReadersStatus) {
-    Recording reading(std::string(LOGSIFT_FIXTURES) + "/unit/overall_and_pool.vbf");
-    EXPECT_EQ(LogsiftDriver::ReadVerifyReport(reading), 2u);
-    EXPECT_EQ(reading.steps, (std::vector<std::string>{"open", "start", "finished 0"}));
+TEST(InputOutcome, TheErrnoInWordsOrTheKind) {
+    QVS::InputFailure missing{ENOENT, "No such file or directory"};
+    const LogsiftDriver::Outcome outcome = LogsiftDriver::InputOutcome(missing);
+    EXPECT_EQ(outcome.status, QVS::ERRNO_STATUS_BASE + ENOENT);
+    EXPECT_EQ(outcome.text, "cannot open: No such file or directory");
+    EXPECT_EQ(outcome.error, ENOENT);
+    QVS::InputFailure fifo{QVS::NOT_READABLE_KIND, "not a regular file: FIFO"};
+    EXPECT_EQ(LogsiftDriver::InputOutcome(fifo).status, QVS::zERR_BAD_PARAMETER_VALUE);
+    EXPECT_EQ(LogsiftDriver::InputOutcome(fifo).text, "not a regular file: FIFO");
 }
-
-TEST(ReadVerifyReport, FailureInsideTheWalkIsHandedToThrew) {
-    Recording reading(std::string(LOGSIFT_FIXTURES) + "/unit/overall_and_pool.vbf", true);
-    EXPECT_EQ(LogsiftDriver::ReadVerifyReport(reading), 3u);
-    EXPECT_EQ(reading.steps, (std::vector<std::string>{"open", "start", "threw stop"}));
-}
-
-class RebuildRecording : public LogsiftDriver::RebuildReading {
-public:
-    RebuildRecording(std::string path, bool lookup, bool throwInStart = false)
-        : path(std::move(path)), lookup(lookup), throwInStart(throwInStart) {}
-    std::unique_ptr<RebuildFile> Open() override {
-        steps.push_back("open");
-        return std::make_unique<RebuildFile>(path, messages, 4);
-    }
-    unsigned OpenFailed(const std::exception&) override {
-        steps.push_back("open failed");
-        return 1;
-    }
-    void Start(RebuildFile&) override {
-        steps.push_back("start");
-        if (throwInStart)
-            throw std::runtime_error("stop");
-    }
-    void MessagesRead(unsigned status) override {
-        steps.push_back("messages " + std::to_string(status));
-    }
-    bool Lookup() const override { return lookup; }
-    const std::string& Server() const override { return server; }
-    unsigned Finished(RebuildFile&, unsigned status) override {
-        steps.push_back("finished " + std::to_string(status));
-        return 2;
-    }
-    unsigned Threw(RebuildFile&, const std::exception& e) override {
-        steps.push_back(std::string("threw ") + e.what());
-        return 3;
-    }
-    void Done(RebuildFile& log) override {
-        steps.push_back("done " + std::to_string(log.Text().size()));
-    }
-    std::string path;
-    bool lookup;
-    bool throwInStart;
-    std::string server;
-    std::ostringstream messages;
-    std::vector<std::string> steps;
-};
 
 std::string writeLog(const std::string& text) {
     char templ[] = "/tmp/logsift-driver-log-XXXXXX";
@@ -297,32 +238,146 @@ std::string writeLog(const std::string& text) {
     return templ;
 }
 
+std::string describe(const LogsiftDriver::Outcome& outcome) {
+    return std::to_string(outcome.status) + (outcome.threw ? " threw " + outcome.thrown : "");
+}
+
+// Records the steps it is given.
+class Recording : public LogsiftDriver::VerifyReading {
+public:
+    explicit Recording(bool throwInStart = false) : throwInStart(throwInStart) {}
+    void OpenFailed(const LogsiftDriver::Outcome& open) override {
+        steps.push_back("open failed " + describe(open));
+    }
+    void Start(VerifyFile&) override {
+        steps.push_back("start");
+        if (throwInStart)
+            throw std::runtime_error("stop");
+    }
+    void Finished(VerifyFile&, const LogsiftDriver::Outcome& read,
+                  const LogsiftDriver::Crc& crc) override {
+        steps.push_back("finished " + describe(read) + (crc.known ? " crc" : ""));
+    }
+    bool throwInStart;
+    std::vector<std::string> steps;
+};
+
+LogsiftDriver::VerifyOpener opener(const std::string& path, std::ostream& messages) {
+    return [path, &messages] { return std::make_unique<VerifyFile>(path, messages, 4); };
+}
+
+TEST(ReadVerifyReport, OpenFailureEndsTheWalk) {
+    Recording reading;
+    std::ostringstream messages;
+    const LogsiftDriver::Outcome outcome =
+        LogsiftDriver::ReadVerifyReport(opener("/nonexistent/report.vbf", messages), reading);
+    EXPECT_EQ(outcome.status, QVS::zERR_BAD_PARAMETER_VALUE);
+    EXPECT_EQ(reading.steps, (std::vector<std::string>{
+                                 "open failed 20008 threw Could not open verify statistics file"}));
+}
+
+TEST(ReadVerifyReport, WalkEndsWithTheReadersStatus) {
+    Recording reading;
+    std::ostringstream messages;
+    const LogsiftDriver::Outcome outcome = LogsiftDriver::ReadVerifyReport(
+        opener(std::string(LOGSIFT_FIXTURES) + "/unit/overall_and_pool.vbf", messages), reading);
+    EXPECT_TRUE(outcome.Good());
+    EXPECT_EQ(reading.steps, (std::vector<std::string>{"start", "finished 0"}));
+}
+
+TEST(ReadVerifyReport, FailureInsideTheWalkEndsIt) {
+    Recording reading(true);
+    std::ostringstream messages;
+    const LogsiftDriver::Outcome outcome = LogsiftDriver::ReadVerifyReport(
+        opener(std::string(LOGSIFT_FIXTURES) + "/unit/overall_and_pool.vbf", messages), reading);
+    EXPECT_EQ(outcome.status, QVS::zERR_BAD_PARAMETER_VALUE);
+    EXPECT_EQ(reading.steps, (std::vector<std::string>{"start", "finished 20008 threw stop"}));
+}
+
+TEST(ReadVerifyReport, AReportWhoseCrcDoesNotMatchIsDamaged) {
+    Recording reading;
+    std::ostringstream messages;
+    QVS::InputFile input;
+    QVS::InputFailure failure;
+    // A report that reads whole, its stored CRC changed.
+    std::ifstream whole(std::string(LOGSIFT_FIXTURES) + "/unit/overall_and_pool.vbf",
+                        std::ios::binary);
+    std::string bytes((std::istreambuf_iterator<char>(whole)), std::istreambuf_iterator<char>());
+    ASSERT_GT(bytes.size(), 4u);
+    bytes[0] = static_cast<char>(bytes[0] ^ 0xFF);
+    const std::string path = writeLog(bytes);
+    ASSERT_TRUE(QVS::OpenInput(path, QVS::InputKinds::RegularOnly, input, failure));
+    const LogsiftDriver::Outcome outcome = LogsiftDriver::ReadVerifyReport(
+        LogsiftDriver::InputReport(path, input, messages, 4), reading);
+    EXPECT_EQ(outcome.status, QVS::zERR_RAV_BAD_CHECKSUM);
+    EXPECT_EQ(outcome.text, "the stored CRC does not match the report's bytes");
+    EXPECT_EQ(reading.steps, (std::vector<std::string>{"start", "finished 21741 crc"}));
+    unlink(path.c_str());
+}
+
+class RebuildRecording : public LogsiftDriver::RebuildReading {
+public:
+    explicit RebuildRecording(bool throwInStart = false) : throwInStart(throwInStart) {}
+    void OpenFailed(const LogsiftDriver::Outcome& open) override {
+        steps.push_back("open failed " + describe(open));
+    }
+    void Start(RebuildFile&) override {
+        steps.push_back("start");
+        if (throwInStart)
+            throw std::runtime_error("stop");
+    }
+    void MessagesRead(const LogsiftDriver::Outcome& walk) override {
+        steps.push_back("messages " + describe(walk));
+    }
+    void Finished(RebuildFile&, const LogsiftDriver::Outcome& walk) override {
+        steps.push_back("finished " + describe(walk));
+    }
+    void Done(RebuildFile& log) override {
+        steps.push_back("done " + std::to_string(log.Text().size()));
+    }
+    bool throwInStart;
+    std::vector<std::string> steps;
+};
+
+
+LogsiftDriver::RebuildOpener logOpener(const std::string& path, std::ostream& messages) {
+    return [path, &messages] { return std::make_unique<RebuildFile>(path, messages, 4); };
+}
+
 const std::string LOG = "<rebuildLog><messageList></messageList><todList></todList></rebuildLog>";
 
 TEST(ReadRebuildLog, WalksWithoutLookupsInOrder) {
     const std::string path = writeLog(LOG);
-    RebuildRecording reading(path, false);
-    EXPECT_EQ(LogsiftDriver::ReadRebuildLog(reading), 2u);
+    RebuildRecording reading;
+    std::ostringstream messages;
+    EXPECT_TRUE(LogsiftDriver::ReadRebuildLog(logOpener(path, messages), {}, reading).Good());
     EXPECT_EQ(reading.steps,
-              (std::vector<std::string>{"open", "start", "messages 0", "finished 0",
+              (std::vector<std::string>{"start", "messages 0", "finished 0",
                                         "done " + std::to_string(LOG.size())}));
     unlink(path.c_str());
 }
 
 TEST(ReadRebuildLog, FailureInsideTheWalksStillEndsWithDone) {
     const std::string path = writeLog(LOG);
-    RebuildRecording reading(path, false, true);
-    EXPECT_EQ(LogsiftDriver::ReadRebuildLog(reading), 3u);
-    EXPECT_EQ(reading.steps, (std::vector<std::string>{"open", "start", "threw stop",
+    RebuildRecording reading(true);
+    std::ostringstream messages;
+    EXPECT_EQ(LogsiftDriver::ReadRebuildLog(logOpener(path, messages), {}, reading).status,
+              QVS::zERR_BAD_PARAMETER_VALUE);
+    EXPECT_EQ(reading.steps, (std::vector<std::string>{"start", "finished 20008 threw stop",
                                                        "done " + std::to_string(LOG.size())}));
     unlink(path.c_str());
 }
 
 TEST(ReadRebuildLog, LogThatCannotBeLoadedHasNoDone) {
     const std::string path = writeLog("no root element here");
-    RebuildRecording reading(path, true);
-    EXPECT_EQ(LogsiftDriver::ReadRebuildLog(reading), 1u);
-    EXPECT_EQ(reading.steps, (std::vector<std::string>{"open", "open failed"}));
+    RebuildRecording reading;
+    std::ostringstream messages;
+    LogsiftDriver::RebuildOptions options;
+    options.lookup = true;
+    EXPECT_EQ(LogsiftDriver::ReadRebuildLog(logOpener(path, messages), options, reading).status,
+              20163u);
+    EXPECT_EQ(reading.steps, (std::vector<std::string>{
+                                 "open failed 20163 threw Require tag <rebuildLog> is missing"}));
     unlink(path.c_str());
 }
 

@@ -5,9 +5,27 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <fcntl.h>
+#include <new>
 #include <string>
 #include <unistd.h>
+
+// Every allocation of this test program is counted while `counting` is set.
+namespace {
+bool counting = false;
+long allocations = 0;
+} // namespace
+
+void* operator new(std::size_t size) {
+    if (counting)
+        ++allocations;
+    if (void* p = std::malloc(size == 0 ? 1 : size))
+        return p;
+    throw std::bad_alloc();
+}
+void operator delete(void* p) noexcept { std::free(p); }
+void operator delete(void* p, std::size_t) noexcept { std::free(p); }
 
 namespace {
 
@@ -89,3 +107,19 @@ TEST(Progress, NotWantedWhenStandardErrorIsNoTerminal) {
 }
 
 } // namespace
+
+// The line is cleared without an allocation: the destructor may run while a
+// lack of memory unwinds, where an allocation that fails ends the program.
+TEST(Progress, ClearingAllocatesNothing) {
+    CapturedStderr captured;
+    {
+        QVS::Progress progress("looked up", 123456789, "names of a rather long description");
+        progress.Done(123456789);
+        counting = true;
+        allocations = 0;
+    }
+    counting = false;
+    EXPECT_EQ(allocations, 0);
+    const std::string text = captured.Text();
+    EXPECT_NE(text.find(std::string(67, ' ') + "\r"), std::string::npos) << text;
+}

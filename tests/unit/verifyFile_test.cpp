@@ -509,3 +509,60 @@ TEST(VerifyReadErrors, CopyStopsOnAReadError) {
     // What came before the error was written out.
     EXPECT_EQ(readAll(destination).size(), 4u + 4096u);
 }
+
+// ---------------------------------------------------------------- a diagnostic that throws
+
+namespace {
+
+// Takes its first line, then fails every write: with the badbit in its
+// stream's exception mask, a diagnostic written after the first line throws.
+class FirstLineOnly : public std::streambuf {
+protected:
+    int_type overflow(int_type c) override {
+        if (done || traits_type::eq_int_type(c, traits_type::eof()))
+            return traits_type::eof();
+        done = traits_type::to_char_type(c) == '\n';
+        return c;
+    }
+
+private:
+    bool done = false;
+};
+
+std::size_t openDescriptors() {
+    std::size_t count = 0;
+    if (DIR* dir = opendir("/proc/self/fd")) {
+        while (readdir(dir) != nullptr)
+            ++count;
+        closedir(dir);
+    }
+    return count;
+}
+
+} // namespace
+
+TEST(VerifyOpen, ADiagnosticThatThrowsLeavesNoFileOpen) {
+    TempDir dir;
+    const std::string path = dir.file("short");
+    writeAll(path, "xy");
+    FirstLineOnly failing;
+    std::ostream out(&failing);
+    const std::size_t before = openDescriptors();
+    out.exceptions(std::ios::badbit);
+    // The first line (the empty one) goes; the message after it throws.
+    EXPECT_THROW(VerifyFile(path, out, 4), std::ios_base::failure);
+    EXPECT_EQ(openDescriptors(), before);
+}
+
+TEST(VerifyCopy, ADiagnosticThatThrowsLeavesNoDestinationOpen) {
+    TempDir dir;
+    const std::string path = fixtureReport(dir, "wrong_crc", "r.vbf");
+    FirstLineOnly failing;
+    std::ostream out(&failing);
+    VerifyFile vf(path, out, 4);
+    const std::size_t before = openDescriptors();
+    out.exceptions(std::ios::badbit);
+    // "Destination file:" goes; the CRC message after it throws.
+    EXPECT_THROW(vf.CopyFile(dir.file("copy.vbf")), std::ios_base::failure);
+    EXPECT_EQ(openDescriptors(), before);
+}

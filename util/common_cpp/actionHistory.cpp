@@ -409,15 +409,20 @@ unsigned TODItem::ParseTODItem(std::string_view item) {
     return 0;
 }
 
-const char* TODItem::GetActionName() const {
+const char* const TODItem::ACTION_NAMES[ACTION_COUNT] = {"TRUNCATED", "DELETED",
+                                                         "TRUSTEES TRUNCATED", "UNKNOWN"};
+
+TODItem::Action TODItem::GetAction() const {
     if (flag & FLAG_TRUNCATED)
-        return "TRUNCATED";
+        return ACTION_TRUNCATED;
     if (flag & FLAG_DELETED)
-        return "DELETED";
+        return ACTION_DELETED;
     if (flag & FLAG_TRUSTEES_TRUNCATED)
-        return "TRUSTEES TRUNCATED";
-    return "UNKNOWN";
+        return ACTION_TRUSTEES_TRUNCATED;
+    return ACTION_UNKNOWN;
 }
+
+const char* TODItem::GetActionName() const { return ACTION_NAMES[GetAction()]; }
 
 unsigned TODItem::GetReason() const { return static_cast<unsigned>(flag & REASON_MASK); }
 

@@ -54,9 +54,17 @@ public:
     // Reason code of the items the viewer ignores ("Visibility cleanup").
     static constexpr unsigned REASON_VISIBILITY_CLEANUP = 6;
 
+    // The action the text names for an item, by the first of its flag's
+    // bits that is set: truncated, deleted, trustees truncated; else
+    // unknown. ACTION_NAMES holds their names as the text shows them.
+    enum Action : unsigned { ACTION_TRUNCATED, ACTION_DELETED, ACTION_TRUSTEES_TRUNCATED,
+                             ACTION_UNKNOWN, ACTION_COUNT };
+    static const char* const ACTION_NAMES[ACTION_COUNT];
+
     TODItem();
 
     unsigned GetTODItem(const std::string& itemText);
+    Action GetAction() const;
     const char* GetActionName() const;
     unsigned GetReason() const;
     const char* GetReasonName() const;

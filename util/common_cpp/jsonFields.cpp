@@ -42,9 +42,9 @@ MemberKeys::MemberKeys(std::string const& field)
       separator(JsonWriter::QuoteKey(field + "_separator")),
       raw(JsonWriter::QuoteKey(field + "_raw")), rawTwin(JsonWriter::QuoteKey(field + "_raw_s")) {}
 
-void StatusMember(JsonWriter& json, std::string const& key, long status) {
+void StatusMember(JsonWriter& json, std::string_view key, long status) {
     json.MemberSigned(key, status);
-    json.Key(key + "_name");
+    json.Key(key, "_name");
     if (char const* name = StatusName(status))
         json.String(name);
     else

@@ -66,7 +66,7 @@ struct MemberKeys {
 
 // A status as two members: "KEY", the number, and "KEY_name", its name or
 // null.
-void StatusMember(QVS::JsonWriter& json, std::string const& key, long status);
+void StatusMember(QVS::JsonWriter& json, std::string_view key, long status);
 
 // A quantity with its decimal twin from 2^53 on.
 template <typename Out>

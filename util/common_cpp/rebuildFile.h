@@ -53,6 +53,8 @@ public:
     unsigned DisplayMessageItems();
 
     const std::string& Text() const { return text; }
+    // Whether the log's root element is closed: the rebuild finished writing it.
+    bool Finished() const { return finished; }
     unsigned Flags() const { return flags; }
 
     // Separator between a looked-up path and the logged name.
@@ -85,6 +87,7 @@ private:
     unsigned flags;
     std::ostream& out;
     std::string text;
+    bool finished = true;
     RebuildTextPrinter textPrinter;
     RebuildPrinter* printer;
 };

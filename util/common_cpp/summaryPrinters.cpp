@@ -12,20 +12,6 @@ unsigned conditions(uint64_t word) { return static_cast<unsigned>(std::bitset<64
 
 } // namespace
 
-const char* VerifyVerdict(VerifySummary const& summary, unsigned status) {
-    if (status != 0)
-        return "damaged";
-    if (!summary.statusRead)
-        return "no data";
-    if (summary.result != 0)
-        return "incomplete";
-    if (summary.errors != 0)
-        return "errors";
-    if (summary.warnings != 0)
-        return "warnings";
-    return "clean";
-}
-
 bool VerifyErrorsFound(VerifySummary const& summary) { return summary.errors != 0; }
 
 VerifySummaryPrinter::VerifySummaryPrinter() = default;
@@ -64,6 +50,48 @@ void VerifySummaryPrinter::ListRow(VerifyFormat::ListType const&, unsigned char 
 
 void VerifySummaryPrinter::ListEnd(VerifyFormat::ListType const&) {}
 
+VerifyTeePrinter::VerifyTeePrinter(VerifyPrinter& a, VerifyPrinter& b) : first(a), second(b) {}
+VerifyTeePrinter::~VerifyTeePrinter() = default;
+
+void VerifyTeePrinter::Status(ZVP_Status_s const& status) {
+    first.Status(status);
+    second.Status(status);
+}
+void VerifyTeePrinter::Pool(ZVP_PoolStats_s const& pool) {
+    first.Pool(pool);
+    second.Pool(pool);
+}
+void VerifyTeePrinter::Volume(ZVP_LVStats_s const& volume) {
+    first.Volume(volume);
+    second.Volume(volume);
+}
+void VerifyTeePrinter::Actions(ActionStats const& list) {
+    first.Actions(list);
+    second.Actions(list);
+}
+void VerifyTeePrinter::Conflicts(ConflictBlocksStats const& list) {
+    first.Conflicts(list);
+    second.Conflicts(list);
+}
+void VerifyTeePrinter::Skipped(LVSkippedStats const& list) {
+    first.Skipped(list);
+    second.Skipped(list);
+}
+void VerifyTeePrinter::ListStart(VerifyFormat::ListType const& type, uint32_t count) {
+    first.ListStart(type, count);
+    second.ListStart(type, count);
+}
+void VerifyTeePrinter::ListRow(VerifyFormat::ListType const& type, unsigned char const* row) {
+    first.ListRow(type, row);
+    second.ListRow(type, row);
+}
+void VerifyTeePrinter::ListEnd(VerifyFormat::ListType const& type) {
+    first.ListEnd(type);
+    second.ListEnd(type);
+}
+
+static_assert(TOD_ACTIONS == TODItem::ACTION_COUNT, "a count for each action");
+
 RebuildSummaryPrinter::RebuildSummaryPrinter() = default;
 RebuildSummaryPrinter::~RebuildSummaryPrinter() = default;
 
@@ -83,6 +111,7 @@ void RebuildSummaryPrinter::TODItemShown(TODItem const& item, NameLookup_s const
         ++summary.truncated;
     if (item.Flag() & TODItem::FLAG_DELETED)
         ++summary.deleted;
+    ++summary.actions[item.GetAction()];
 }
 
 // The summaries never ask for names.

@@ -24,10 +24,6 @@ struct VerifySummary {
     unsigned long problemRows = 0; // rows of the problem lists, as read
 };
 
-// The verdict of a report read with `status` (0: read whole): "clean",
-// "warnings", "errors", "incomplete" (the verify could not determine the
-// pool's condition), "no data" (no sections) or "damaged" (not read whole).
-const char* VerifyVerdict(VerifySummary const& summary, unsigned status);
 // Whether the report says errors were found (logsift-json's exit bit 4).
 bool VerifyErrorsFound(VerifySummary const& summary);
 
@@ -52,13 +48,41 @@ private:
     VerifySummary summary;
 };
 
+// The actions of TOD items, as many as TODItem names.
+constexpr unsigned TOD_ACTIONS = 4;
+
+// Hands every record to two printers: a document and its counts from one
+// reading.
+class VerifyTeePrinter : public VerifyPrinter {
+public:
+    VerifyTeePrinter(VerifyPrinter& first, VerifyPrinter& second);
+    ~VerifyTeePrinter() override;
+
+    void Status(ZVP_Status_s const& status) override;
+    void Pool(ZVP_PoolStats_s const& pool) override;
+    void Volume(ZVP_LVStats_s const& volume) override;
+    void Actions(ActionStats const& list) override;
+    void Conflicts(ConflictBlocksStats const& list) override;
+    void Skipped(LVSkippedStats const& list) override;
+    void ListStart(VerifyFormat::ListType const& type, uint32_t count) override;
+    void ListRow(VerifyFormat::ListType const& type, unsigned char const* row) override;
+    void ListEnd(VerifyFormat::ListType const& type) override;
+
+private:
+    VerifyPrinter& first;
+    VerifyPrinter& second;
+};
+
 struct RebuildSummary {
     unsigned long messages = 0;
     unsigned messageStatus = 0; // 0, or the status that ended the message walk
     unsigned long todItems = 0; // shown (not ignored for their reason)
     unsigned long ignored = 0;
-    unsigned long truncated = 0; // TOD items whose object the rebuild truncated
+    unsigned long truncated = 0; // TOD items whose flag says truncated
     unsigned long deleted = 0;   // ... and deleted
+    // The items shown, by the action the text names for each (TODItem::
+    // Action): they add up to todItems.
+    unsigned long actions[TOD_ACTIONS] = {};
     unsigned todStatus = 0;
     bool todWalkEnded = false;
 };

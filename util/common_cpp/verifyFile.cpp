@@ -410,6 +410,10 @@ unsigned VerifyFile::SectionSkip(VerifyFileSection* header) {
     return Skip(header->size - SECTION_HEADER_SIZE);
 }
 
+long long VerifyFile::Position() const {
+    return file != nullptr ? static_cast<long long>(ftello(file)) : -1;
+}
+
 long long VerifyFile::RemainingBytes() const {
     struct stat info;
     if (file == nullptr || fstat(Descriptor(), &info) != 0 || !S_ISREG(info.st_mode))

@@ -75,21 +75,34 @@ public:
 
     VerifyFileSection headerSectionHeader;
     VerifyFileSection overallSectionHeader;
+
+private:
+    // Kept byte for byte, read by nothing outside the reader.
     VerifyFileSection poolSectionHeader;
+
+public:
     std::vector<VerifyFileSection> volumeSectionHeaders; // parallel to volumes
+
+private:
     VerifyFileSection actionSectionHeader;
     VerifyFileSection conflictBlocksSectionHeader;
     VerifyFileSection lvSkippedSectionHeader;
 
-    FILE* file; // owned; null when closed
+public:
+    // Owned; null when closed. Only the reader reads it (Position() says
+    // where it stands); tests put a stream of their own in its place.
+    FILE* file;
     std::string destinationName;
     std::string poolName;
     bool is64;
     int64_t timeStamp;
     std::string path;
     uint32_t debugMask;
+
+private:
     std::ostream& out; // not owned: the text report, and the reader's own messages
 
+public:
     // Where the records go as they are read: the text printer on `out`, with
     // the display switches as they stand when reading starts, unless
     // SetPrinter gave another (not owned).
@@ -156,6 +169,9 @@ public:
     // rest of the file; false when the reader was not made to fold it, a
     // read failed, or the file has no end (a device). Call after reading.
     bool FinishCrc(uint32_t& computed);
+
+    // Where reading stands in the file, or -1 when it is closed or cannot say.
+    long long Position() const;
 
     // Bytes left between the read position and the end of a regular file, or
     // -1 when the size is unknown (a pipe). Bounds what a list may allocate.

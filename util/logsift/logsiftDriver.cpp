@@ -232,31 +232,51 @@ bool OpenSource(const Source& source, QVS::InputFile& file, QVS::InputFailure& f
                           file, failure);
 }
 
-unsigned InputStatus(const QVS::InputFailure& failure) {
-    if (failure.error > 0)
-        return QVS::ERRNO_STATUS_BASE + static_cast<unsigned>(failure.error);
-    return QVS::zERR_BAD_PARAMETER_VALUE;
+Outcome InputOutcome(const QVS::InputFailure& failure) {
+    Outcome outcome;
+    if (failure.error > 0) {
+        outcome.status = QVS::ERRNO_STATUS_BASE + static_cast<unsigned>(failure.error);
+        outcome.error = failure.error;
+        outcome.text = "cannot open: " + failure.text;
+    } else {
+        outcome.status = QVS::zERR_BAD_PARAMETER_VALUE;
+        outcome.text = failure.text;
+    }
+    return outcome;
 }
 
-std::string InputText(const QVS::InputFailure& failure) {
-    return failure.error > 0 ? "cannot open: " + failure.text : failure.text;
+Outcome OutcomeOf(const std::exception& e) {
+    Outcome outcome;
+    outcome.threw = true;
+    outcome.thrown = e.what();
+    if (dynamic_cast<const std::bad_alloc*>(&e) != nullptr) {
+        outcome.status = QVS::zERR_NO_MEMORY;
+        outcome.text = "out of memory";
+    } else if (const QVSError* error = dynamic_cast<const QVSError*>(&e)) {
+        outcome.status = static_cast<unsigned>(error->status());
+        outcome.error = error->hasStatus() ? 0 : error->errnoValue();
+        outcome.text = e.what();
+        if (outcome.status == 0) // an operating-system failure
+            outcome.status = QVS::ERRNO_STATUS_BASE + static_cast<unsigned>(outcome.error);
+    } else if (dynamic_cast<const std::runtime_error*>(&e) != nullptr) {
+        outcome.status = QVS::zERR_BAD_PARAMETER_VALUE;
+        outcome.text = e.what();
+    } else {
+        outcome.status = QVS::zERR_GENERIC_QVS_ERROR;
+        outcome.text = std::string("internal error: ") + e.what();
+        outcome.internal = true;
+    }
+    return outcome;
 }
 
-unsigned FailureStatus(const std::exception& e) {
-    if (dynamic_cast<const std::bad_alloc*>(&e) != nullptr)
-        return QVS::zERR_NO_MEMORY;
-    if (const QVSError* error = dynamic_cast<const QVSError*>(&e))
-        return static_cast<unsigned>(error->status());
-    return QVS::zERR_BAD_PARAMETER_VALUE;
-}
-
-unsigned WalkFailureStatus(const std::exception& e) {
-    return dynamic_cast<const std::bad_alloc*>(&e) != nullptr ? QVS::zERR_NO_MEMORY
-                                                              : QVS::zERR_BAD_PARAMETER_VALUE;
-}
-
-std::string FailureText(const std::exception& e) {
-    return dynamic_cast<const std::bad_alloc*>(&e) != nullptr ? "out of memory" : e.what();
+Outcome VerifyStatusOutcome(unsigned status) {
+    Outcome outcome;
+    outcome.status = status;
+    if (status != 0)
+        outcome.text = DescribeVerifyStatus(status);
+    if (status >= QVS::ERRNO_STATUS_BASE)
+        outcome.error = static_cast<int>(status - QVS::ERRNO_STATUS_BASE);
+    return outcome;
 }
 
 std::string DescribeVerifyStatus(unsigned status) {
@@ -281,42 +301,93 @@ std::string DescribeVerifyStatus(unsigned status) {
 VerifyReading::~VerifyReading() = default;
 RebuildReading::~RebuildReading() = default;
 
-unsigned ReadVerifyReport(VerifyReading& reading) {
+Outcome ReadVerifyReport(const VerifyOpener& open, VerifyReading& reading) {
     std::unique_ptr<VerifyFile> reader;
     try {
-        reader = reading.Open();
+        reader = open();
     } catch (const std::exception& e) {
-        return reading.OpenFailed(e);
+        const Outcome outcome = OutcomeOf(e);
+        reading.OpenFailed(outcome);
+        return outcome;
     }
+    Outcome outcome;
+    Crc crc;
     try {
         reading.Start(*reader);
-        return reading.Finished(*reader, reader->ReadAndValidateSectionAll());
+        outcome = VerifyStatusOutcome(reader->ReadAndValidateSectionAll());
     } catch (const std::exception& e) {
-        return reading.Threw(*reader, e);
+        outcome = OutcomeOf(e);
     }
+    outcome.offset = reader->Position();
+    crc.stored = reader->storedCrc;
+    crc.known = reader->FinishCrc(crc.computed);
+    // Sections that read whole do not make a report whose bytes do not
+    // give its CRC whole.
+    if (outcome.Good() && crc.known && !crc.Matches()) {
+        outcome = VerifyStatusOutcome(QVS::zERR_RAV_BAD_CHECKSUM);
+        outcome.offset = -1;
+    }
+    reading.Finished(*reader, outcome, crc);
+    return outcome;
 }
 
-unsigned ReadRebuildLog(RebuildReading& reading) {
+namespace {
+
+// A walk's status: 0 at its list's end, else the status of the item or the
+// channel that ended it.
+Outcome WalkOutcome(unsigned status) {
+    Outcome outcome;
+    outcome.status = status;
+    if (status != 0)
+        outcome.text = "a walk of the log ended at a damaged item";
+    return outcome;
+}
+
+} // namespace
+
+Outcome ReadRebuildLog(const RebuildOpener& open, const RebuildOptions& options,
+                       RebuildReading& reading) {
     std::unique_ptr<RebuildFile> log;
     try {
-        log = reading.Open();
+        log = open();
     } catch (const std::exception& e) {
-        return reading.OpenFailed(e);
+        const Outcome outcome = OutcomeOf(e);
+        reading.OpenFailed(outcome);
+        return outcome;
     }
-    unsigned status = 0;
+    Outcome outcome;
     try {
         reading.Start(*log);
-        reading.MessagesRead(log->DisplayMessageItems());
-        const unsigned walked = reading.Lookup()
-                                    ? static_cast<unsigned>(
-                                          log->ProcessTODItems(reading.Server().c_str()))
-                                    : log->DisplayTODItems();
-        status = reading.Finished(*log, walked);
+        reading.MessagesRead(WalkOutcome(log->DisplayMessageItems()));
+        outcome = WalkOutcome(
+            options.lookup ? static_cast<unsigned>(log->ProcessTODItems(options.server.c_str()))
+                           : log->DisplayTODItems());
     } catch (const std::exception& e) {
-        status = reading.Threw(*log, e);
+        outcome = OutcomeOf(e);
     }
+    reading.Finished(*log, outcome);
     reading.Done(*log);
-    return status;
+    return outcome;
+}
+
+VerifyOpener InputReport(const std::string& path, QVS::InputFile& input, std::ostream& messages,
+                         unsigned debugMask) {
+    return [&path, &input, &messages, debugMask] {
+        return std::make_unique<VerifyFile>(path, input.Take(), input.Limit(), messages,
+                                            debugMask);
+    };
+}
+
+RebuildOpener InputLog(const std::string& path, QVS::InputFile& input, std::ostream& messages,
+                       unsigned debugMask) {
+    return [&path, &input, &messages, debugMask] {
+        RebuildFile::Opened opened;
+        opened.regular = input.regular;
+        opened.size = input.size;
+        opened.diagnostics = &messages;
+        opened.descriptor = input.Take();
+        return std::make_unique<RebuildFile>(path, opened, messages, debugMask);
+    };
 }
 
 } // namespace LogsiftDriver

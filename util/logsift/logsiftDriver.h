@@ -7,8 +7,11 @@
 
 #include "util/support/inputFile.h"
 
+#include <cstdint>
 #include <exception>
+#include <functional>
 #include <memory>
+#include <ostream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -68,63 +71,103 @@ std::string PoolKey(const std::string& name);
 // a file named on the command line when it is one or a stream. False and
 // `failure` filled when it cannot be read.
 bool OpenSource(const Source& source, QVS::InputFile& file, QVS::InputFailure& failure);
-// The status a failed opening stands for: the errno's, or a bad parameter
-// for a file of a kind that is not read.
-unsigned InputStatus(const QVS::InputFailure& failure);
-// What it says: "cannot open: " and the errno's text, or the kind's text.
-std::string InputText(const QVS::InputFailure& failure);
 
-// The status a failure to open a file stands for: the reader's own status,
-// out of memory, or else a bad parameter.
-unsigned FailureStatus(const std::exception& e);
+// What one stage of reading a file came to: its opening, or its reading
+// (the sections of a report, or a walk of a log).
+struct Outcome {
+    unsigned status = 0;    // 0: the stage went to its end
+    std::string text;       // what happened, in words; empty when all went well
+    long long offset = -1;  // where in the file reading stopped; -1: not at a place
+    int error = 0;          // the errno behind it, where the system gave one
+    bool threw = false;     // the stage ended with an exception
+    std::string thrown;     // its what()
+    bool internal = false;  // a programming error, not the input's
 
-// The status a failure inside a walk stands for: out of memory, or else a
-// bad parameter (the readers' own failures come as statuses, not throws).
-unsigned WalkFailureStatus(const std::exception& e);
-// What a failure says: "out of memory", or the exception's own text.
-std::string FailureText(const std::exception& e);
+    bool Good() const { return status == 0; }
+};
+
+// The outcome of a failed opening: the errno's status (errno + 0x22BA5000)
+// and "cannot open: " with its text, or a bad parameter for a file of a kind
+// that is not read, with the kind.
+Outcome InputOutcome(const QVS::InputFailure& failure);
+
+// The outcome an exception stands for: out of memory (20000), a reader's
+// own status (a QVSError), a failure of the input (20008, "bad parameter"),
+// or a programming error (24999, internal: a std::logic_error or any other
+// exception that is not a runtime failure). `thrown` keeps what() for the
+// lines of logsift's text, which print it as it is.
+Outcome OutcomeOf(const std::exception& e);
+// A reader's status, with its words.
+Outcome VerifyStatusOutcome(unsigned status);
 
 // What a verify reader's status means, in a few words.
 std::string DescribeVerifyStatus(unsigned status);
 
-// How one program reads a verify report: each call is one step of the walk
-// in ReadVerifyReport, and each returns the run's status where it ends it.
+// The CRC of a report read by a reader that folds it from the reading.
+struct Crc {
+    bool known = false;  // computed: the file was read to its end
+    uint32_t stored = 0;
+    uint32_t computed = 0;
+    bool Matches() const { return known && stored == computed; }
+};
+
+// How one program shows the reading of a verify report: each call is one
+// step of ReadVerifyReport. The driver opens, reads and works out every
+// outcome; a reading only shows them.
 class VerifyReading {
 public:
     virtual ~VerifyReading();
-    // The reader over the file; throws as the reader's constructors do.
-    virtual std::unique_ptr<VerifyFile> Open() = 0;
-    virtual unsigned OpenFailed(const std::exception& e) = 0;
+    // The reader could not be made.
+    virtual void OpenFailed(const Outcome& open) = 0;
     // Before the sections: the printer and the display switches.
     virtual void Start(VerifyFile& reader) = 0;
-    // After them, with the reader's status.
-    virtual unsigned Finished(VerifyFile& reader, unsigned status) = 0;
-    virtual unsigned Threw(VerifyFile& reader, const std::exception& e) = 0;
+    // After them, however they ended, with the reader's CRC where it folds
+    // one (a report whose CRC does not match has status 21741 when its
+    // sections read whole).
+    virtual void Finished(VerifyFile& reader, const Outcome& read, const Crc& crc) = 0;
 };
 
-unsigned ReadVerifyReport(VerifyReading& reading);
+using VerifyOpener = std::function<std::unique_ptr<VerifyFile>()>;
 
-// How one program reads a rebuild log, likewise.
+// Opens the report with `open` and reads it; the outcome of the stage that
+// ended the reading.
+Outcome ReadVerifyReport(const VerifyOpener& open, VerifyReading& reading);
+
+// How a rebuild log is walked: the TOD items' names asked of the storage
+// system or not, and through which server's command file.
+struct RebuildOptions {
+    bool lookup = false;
+    std::string server;
+};
+
+// How one program shows the walks of a rebuild log, likewise.
 class RebuildReading {
 public:
     virtual ~RebuildReading();
-    virtual std::unique_ptr<RebuildFile> Open() = 0;
-    virtual unsigned OpenFailed(const std::exception& e) = 0;
+    virtual void OpenFailed(const Outcome& open) = 0;
     virtual void Start(RebuildFile& log) = 0;
-    // The message walk's status.
-    virtual void MessagesRead(unsigned status) = 0;
-    // Whether the TOD items' names are asked of the storage system, and of
-    // which server's command file.
-    virtual bool Lookup() const = 0;
-    virtual const std::string& Server() const = 0;
-    // After the TOD walk, with its status.
-    virtual unsigned Finished(RebuildFile& log, unsigned status) = 0;
-    virtual unsigned Threw(RebuildFile& log, const std::exception& e) = 0;
+    // The message walk's outcome.
+    virtual void MessagesRead(const Outcome& walk) = 0;
+    // After the TOD walk with its outcome, or after a failure in either
+    // walk.
+    virtual void Finished(RebuildFile& log, const Outcome& walk) = 0;
     // Last, whichever way the walks ended, with the log still loaded.
     virtual void Done(RebuildFile& log) = 0;
 };
 
-unsigned ReadRebuildLog(RebuildReading& reading);
+using RebuildOpener = std::function<std::unique_ptr<RebuildFile>()>;
+
+Outcome ReadRebuildLog(const RebuildOpener& open, const RebuildOptions& options,
+                       RebuildReading& reading);
+
+// The companions' openers over an input that OpenSource opened: the reader
+// takes its descriptor, reads no further than its size when opened, folds
+// a report's CRC, and writes its own messages and diagnostics to
+// `messages`.
+VerifyOpener InputReport(const std::string& path, QVS::InputFile& input, std::ostream& messages,
+                         unsigned debugMask);
+RebuildOpener InputLog(const std::string& path, QVS::InputFile& input, std::ostream& messages,
+                       unsigned debugMask);
 
 } // namespace LogsiftDriver
 

@@ -7,8 +7,9 @@
 #include "util/common_cpp/rebuildJsonPrinter.h"
 #include "util/common_cpp/verifyFile.h"
 #include "util/common_cpp/verifyJsonPrinter.h"
+#include "util/logsift/commandLine.h"
 #include "util/logsift/logsiftDriver.h"
-#include "util/logsift/logsiftSummary.h"
+#include "util/logsift/poolHealth.h"
 #include "util/support/jsonWriter.h"
 #include "util/support/memoryReserve.h"
 #include "util/support/qvsError.h"
@@ -30,8 +31,7 @@
 namespace LogsiftJson {
 
 const char* const PROGRAM = "logsift-json";
-const char* const VERSION = "1.00";
-const char* const SCHEMA_VERSION = "1.1";
+const char* const SCHEMA_VERSION = "1.2";
 
 namespace {
 
@@ -44,7 +44,7 @@ void opening(JsonWriter& json, const char* kind) {
     json.BeginObject();
     json.Member("schema_version", SCHEMA_VERSION);
     json.Member("program", PROGRAM);
-    json.Member("version", VERSION);
+    json.Member("version", CommandLine::VERSION);
     json.Member("kind", kind);
 }
 
@@ -112,135 +112,123 @@ void readerMessages(JsonWriter& json, std::string_view text) {
 
 const char OUT_OF_MEMORY_TEXT[] = "out of memory";
 
+using LogsiftDriver::Outcome;
+
 // The first failure of a document: its status, what it was, and where in
 // the file reading stopped (-1 when it did not stop at a place).
-struct Outcome {
-    unsigned status = 0;
-    std::string failure;
-    long long offset = -1;
+struct First {
+    Outcome outcome;
 
-    void Note(unsigned what, std::string_view text, long long at = -1) {
-        if (status != 0 || what == 0)
-            return;
-        status = what;
-        failure.assign(text);
-        offset = at;
+    void Note(const Outcome& what) {
+        if (outcome.status == 0 && what.status != 0)
+            outcome = what;
+    }
+    void Note(unsigned status, std::string text, long long offset = -1) {
+        Outcome what;
+        what.status = status;
+        what.text = std::move(text);
+        what.offset = offset;
+        Note(what);
     }
 };
 
-void errorMember(JsonWriter& json, long status, std::string_view message, long long offset) {
+void errorMember(JsonWriter& json, const Outcome& outcome) {
     json.Key("error");
     json.BeginObject();
-    JsonFields::StatusMember(json, "status", status);
-    json.Member("message", message);
+    JsonFields::StatusMember(json, "status", outcome.status);
+    json.Member("message", outcome.text);
     json.Key("offset");
-    if (offset >= 0)
-        json.Unsigned(static_cast<uint64_t>(offset));
+    if (outcome.offset >= 0)
+        json.Unsigned(static_cast<uint64_t>(outcome.offset));
     else
         json.Null();
+    if (outcome.error != 0)
+        json.MemberSigned("errno", outcome.error);
     json.EndObject();
 }
 
 void end(JsonWriter& json) { json.EndObject(); }
 
 // The checksum of the bytes after the stored one, from the reading: null
-// when the file could not be opened or read to its end. False when it was
-// computed and does not match.
-bool crcMember(JsonWriter& json, VerifyFile* reader) {
+// when the file could not be opened or read to its end.
+void crcMember(JsonWriter& json, const LogsiftDriver::Crc* crc) {
     json.Key("crc");
-    uint32_t computed = 0;
-    if (reader == nullptr || !reader->FinishCrc(computed)) {
+    if (crc == nullptr || !crc->known) {
         json.Null();
-        return true;
+        return;
     }
     json.BeginObject(true);
-    json.Member("stored", JsonFields::NumberText::Hex(reader->storedCrc).View());
-    json.Member("computed", JsonFields::NumberText::Hex(computed).View());
-    json.Member("matches", reader->storedCrc == computed);
+    json.Member("stored", JsonFields::NumberText::Hex(crc->stored).View());
+    json.Member("computed", JsonFields::NumberText::Hex(crc->computed).View());
+    json.Member("matches", crc->Matches());
     json.EndObject();
-    return reader->storedCrc == computed;
 }
+
+// A document's exit status, with its outcome for the every-pool document.
+struct Written {
+    int exit = 0;
+    Outcome outcome;
+};
 
 // The message of a newest-file search that found nothing.
 std::string noFile(const Source& source, const char* what) {
     return std::string("no ") + what + " of pool " + source.pool + " in " + source.directory;
 }
 
-// The report's sections through the JSON printer, inside "sections"; the
-// first failure goes to `outcome`.
+// The report's sections through the JSON printer, inside "sections", and
+// counted for the verdict.
 class JsonVerifyReading : public LogsiftDriver::VerifyReading {
 public:
-    JsonVerifyReading(const Source& source, QVS::InputFile& input, const Options& options,
-                      JsonWriter& json, std::ostream& messages, Outcome& outcome)
-        : source(source), input(input), options(options), json(json), messages(messages),
-          printer(json), outcome(outcome) {}
+    explicit JsonVerifyReading(JsonWriter& json)
+        : json(json), printer(json), both(printer, counting) {}
 
-    std::unique_ptr<VerifyFile> Open() override {
-        return std::make_unique<VerifyFile>(source.path, input.Take(), input.Limit(), messages,
-                                            options.debugMask);
+    void OpenFailed(const Outcome&) override { Sections(nullptr); }
+    void Start(VerifyFile& reader) override {
+        opened = true;
+        reader.SetPrinter(both);
     }
-    unsigned OpenFailed(const std::exception& e) override {
-        const unsigned status = LogsiftDriver::WalkFailureStatus(e);
-        outcome.Note(status, LogsiftDriver::FailureText(e));
-        Sections(nullptr, 0, "");
-        return status;
+    void Finished(VerifyFile&, const Outcome&, const LogsiftDriver::Crc& crc) override {
+        Sections(&crc);
     }
-    void Start(VerifyFile& reader) override { reader.SetPrinter(printer); }
-    unsigned Finished(VerifyFile& reader, unsigned status) override {
-        Sections(&reader, status, "");
-        return status;
-    }
-    unsigned Threw(VerifyFile& reader, const std::exception& e) override {
-        const unsigned status = LogsiftDriver::WalkFailureStatus(e);
-        Sections(&reader, status, LogsiftDriver::FailureText(e));
-        return status;
+    // Closes "sections" and writes the checksum that reading them gave.
+    void Sections(const LogsiftDriver::Crc* crc) {
+        printer.Close();
+        json.EndArray();
+        crcMember(json, crc);
     }
 
     const VerifyJsonPrinter& Printer() const { return printer; }
+    const VerifySummary& Counts() const { return counting.Summary(); }
+    bool Opened() const { return opened; }
 
 private:
-    // Closes "sections" and writes the checksum that reading them gave; a
-    // report read whole whose CRC does not match is damaged all the same.
-    void Sections(VerifyFile* reader, unsigned status, const std::string& failure) {
-        printer.Close();
-        json.EndArray();
-        if (reader != nullptr) {
-            const long long offset = reader->file != nullptr ? ftello(reader->file) : -1;
-            outcome.Note(status, failure.empty() ? LogsiftDriver::DescribeVerifyStatus(status) : failure, offset);
-        }
-        if (!crcMember(json, reader))
-            outcome.Note(QVS::zERR_RAV_BAD_CHECKSUM,
-                         LogsiftDriver::DescribeVerifyStatus(QVS::zERR_RAV_BAD_CHECKSUM));
-    }
-
-    const Source& source;
-    QVS::InputFile& input;
-    const Options& options;
     JsonWriter& json;
-    std::ostream& messages;
     VerifyJsonPrinter printer;
-    Outcome& outcome;
+    VerifySummaryPrinter counting;
+    VerifyTeePrinter both;
+    bool opened = false;
 };
 
-int verifyReport(const Source& source, const Options& options, JsonWriter& json) {
+Written verifyReport(const Source& source, const Options& options, JsonWriter& json) {
     QVS::InputFile input;
     QVS::InputFailure failure;
     const bool opened = !source.path.empty() && LogsiftDriver::OpenSource(source, input, failure);
     begin(json, "verify_report", source, sizeOf(input, opened));
     ReaderMessages messages;
-    Outcome outcome;
+    First first;
     json.Key("sections");
     json.BeginArray();
-    JsonVerifyReading reading(source, input, options, json, messages, outcome);
+    JsonVerifyReading reading(json);
     if (opened) {
-        LogsiftDriver::ReadVerifyReport(reading);
+        first.Note(LogsiftDriver::ReadVerifyReport(
+            LogsiftDriver::InputReport(source.path, input, messages, options.debugMask),
+            reading));
     } else {
         if (source.path.empty())
-            outcome.Note(QVS::STATUS_NO_MATCHING_FILE, noFile(source, "verify report"));
+            first.Note(QVS::STATUS_NO_MATCHING_FILE, noFile(source, "verify report"));
         else
-            outcome.Note(LogsiftDriver::InputStatus(failure), LogsiftDriver::InputText(failure));
-        json.EndArray();
-        crcMember(json, nullptr);
+            first.Note(LogsiftDriver::InputOutcome(failure));
+        reading.Sections(nullptr);
     }
     const VerifyJsonPrinter& printer = reading.Printer();
     json.Key("totals");
@@ -255,6 +243,14 @@ int verifyReport(const Source& source, const Options& options, JsonWriter& json)
     json.Quantity("conflict_rows", printer.ConflictRows());
     json.Quantity("skipped_volume_rows", printer.SkippedVolumeRows());
     json.EndObject();
+    // The verdict the summaries give, from the same counts.
+    PoolHealth::VerifyFacts facts;
+    facts.present = !source.path.empty();
+    facts.opened = reading.Opened();
+    facts.outcome = first.outcome;
+    facts.counts = reading.Counts();
+    json.Member("verdict", PoolHealth::WordOf(PoolHealth::VerdictOf(facts)).word);
+    const Outcome& outcome = first.outcome;
     json.Key("outcome");
     json.BeginObject(true);
     JsonFields::StatusMember(json, "status", outcome.status);
@@ -262,10 +258,11 @@ int verifyReport(const Source& source, const Options& options, JsonWriter& json)
     json.EndObject();
     readerMessages(json, messages.Text());
     if (outcome.status != 0)
-        errorMember(json, outcome.status, outcome.failure, outcome.offset);
+        errorMember(json, outcome);
     end(json);
-    return (outcome.status != 0 ? EXIT_NOT_READ : 0) |
-           (printer.ErrorsFound() ? EXIT_ERRORS_FOUND : 0);
+    return {(outcome.status != 0 ? EXIT_NOT_READ : 0) |
+                (printer.ErrorsFound() ? EXIT_ERRORS_FOUND : 0),
+            outcome};
 }
 
 const char ACTION_HISTORY_TAG[] = "<actionHistory>";
@@ -388,41 +385,23 @@ private:
 // The log's walks through the JSON printer, then its action history.
 class JsonRebuildReading : public LogsiftDriver::RebuildReading {
 public:
-    JsonRebuildReading(const Source& source, QVS::InputFile& input, const Options& options,
-                       JsonWriter& json, std::ostream& messages, Outcome& outcome)
-        : source(source), input(input), options(options), printer(json),
-          actions(json, messages), messages(messages), outcome(outcome) {}
+    JsonRebuildReading(JsonWriter& json, std::ostream& messages, First& first)
+        : printer(json), actions(json, messages), first(first) {}
 
-    std::unique_ptr<RebuildFile> Open() override {
-        RebuildFile::Opened opened;
-        opened.regular = input.regular;
-        opened.size = input.size;
-        opened.diagnostics = &messages;
-        opened.descriptor = input.Take();
-        return std::make_unique<RebuildFile>(source.path, opened, messages, options.debugMask);
-    }
-    unsigned OpenFailed(const std::exception& e) override {
-        const unsigned status = LogsiftDriver::FailureStatus(e);
-        outcome.Note(status, LogsiftDriver::FailureText(e));
-        return status;
-    }
+    void OpenFailed(const Outcome&) override {}
     void Start(RebuildFile& log) override { log.SetPrinter(printer); }
-    void MessagesRead(unsigned) override {} // the printer keeps the walk's end
-    bool Lookup() const override { return options.lookup; }
-    const std::string& Server() const override { return options.server; }
-    unsigned Finished(RebuildFile&, unsigned) override {
-        printer.Close();
-        return printer.Status();
-    }
-    unsigned Threw(RebuildFile&, const std::exception& e) override {
-        printer.Abandon(LogsiftDriver::WalkFailureStatus(e), LogsiftDriver::FailureText(e));
-        return printer.Status();
+    void MessagesRead(const Outcome&) override {} // the printer keeps the walk's end
+    void Finished(RebuildFile&, const Outcome& walk) override {
+        if (walk.threw)
+            printer.Abandon(walk.status, walk.text);
+        else
+            printer.Close();
     }
     void Done(RebuildFile& log) override {
         loaded = true;
-        outcome.Note(printer.Status(), printer.Failure(), printer.Position());
+        first.Note(printer.Status(), printer.Failure(), printer.Position());
         actions.Run(log.Text());
-        outcome.Note(actions.Status(), actions.Failure(), actions.Position());
+        first.Note(actions.Status(), actions.Failure(), actions.Position());
     }
 
     RebuildJsonPrinter& Printer() { return printer; }
@@ -430,31 +409,35 @@ public:
     bool Loaded() const { return loaded; }
 
 private:
-    const Source& source;
-    QVS::InputFile& input;
-    const Options& options;
     RebuildJsonPrinter printer;
     ActionWalk actions;
-    std::ostream& messages;
-    Outcome& outcome;
+    First& first;
     bool loaded = false;
 };
 
-int rebuildLog(const Source& source, const Options& options, JsonWriter& json) {
+Written rebuildLog(const Source& source, const Options& options, JsonWriter& json) {
     QVS::InputFile input;
     QVS::InputFailure failure;
     const bool opened = !source.path.empty() && LogsiftDriver::OpenSource(source, input, failure);
     begin(json, "rebuild_log", source, sizeOf(input, opened));
     json.Member("lookups", options.lookup);
     ReaderMessages messages;
-    Outcome outcome;
-    JsonRebuildReading reading(source, input, options, json, messages, outcome);
-    if (opened)
-        LogsiftDriver::ReadRebuildLog(reading);
-    else if (source.path.empty())
-        outcome.Note(QVS::STATUS_NO_MATCHING_FILE, noFile(source, "rebuild log"));
-    else
-        outcome.Note(LogsiftDriver::InputStatus(failure), LogsiftDriver::InputText(failure));
+    First first;
+    JsonRebuildReading reading(json, messages, first);
+    if (opened) {
+        LogsiftDriver::RebuildOptions walks;
+        walks.lookup = options.lookup;
+        walks.server = options.server;
+        const Outcome loading = LogsiftDriver::ReadRebuildLog(
+            LogsiftDriver::InputLog(source.path, input, messages, options.debugMask), walks,
+            reading);
+        if (!reading.Loaded())
+            first.Note(loading);
+    } else if (source.path.empty()) {
+        first.Note(QVS::STATUS_NO_MATCHING_FILE, noFile(source, "rebuild log"));
+    } else {
+        first.Note(LogsiftDriver::InputOutcome(failure));
+    }
     RebuildJsonPrinter& printer = reading.Printer();
     const ActionWalk& actions = reading.Actions();
     if (!reading.Loaded()) {
@@ -472,15 +455,16 @@ int rebuildLog(const Source& source, const Options& options, JsonWriter& json) {
     json.Quantity("action_items", actions.Count());
     json.Quantity("unreadable_action_items", actions.Unreadable());
     json.EndObject();
+    const Outcome& outcome = first.outcome;
     json.Key("outcome");
     json.BeginObject(true);
     JsonFields::StatusMember(json, "status", outcome.status);
     json.EndObject();
     readerMessages(json, messages.Text());
     if (outcome.status != 0)
-        errorMember(json, outcome.status, outcome.failure, outcome.offset);
+        errorMember(json, outcome);
     end(json);
-    return outcome.status != 0 ? EXIT_NOT_READ : 0;
+    return {outcome.status != 0 ? EXIT_NOT_READ : 0, outcome};
 }
 
 // ---------------------------------------------------------------- summaries
@@ -490,34 +474,29 @@ void timeMember(JsonWriter& json, const char* name, uint64_t seconds) {
 }
 
 // The end of a summary: its outcome, and its error when it has one.
-void summaryEnd(JsonWriter& json, unsigned status, const std::string& failure, bool errorsFound,
-                bool verify) {
+void summaryEnd(JsonWriter& json, const Outcome& outcome, bool errorsFound, bool verify) {
     json.Key("outcome");
     json.BeginObject(true);
-    JsonFields::StatusMember(json, "status", status);
+    JsonFields::StatusMember(json, "status", outcome.status);
     if (verify)
         json.Member("errors_found", errorsFound);
     json.EndObject();
-    if (status != 0)
-        errorMember(json, status, failure, -1);
+    if (outcome.status != 0)
+        errorMember(json, outcome);
     end(json);
 }
 
-int verifySummary(const Source& source, JsonWriter& json) {
-    LogsiftSummary::Report report;
+Written verifySummary(const Source& source, JsonWriter& json) {
+    PoolHealth::VerifyFacts facts = PoolHealth::ReadVerify(source);
     if (source.path.empty()) {
-        report.status = QVS::STATUS_NO_MATCHING_FILE;
-        report.failure = noFile(source, "verify report");
-    } else {
-        report = LogsiftSummary::ReadReport(source);
+        facts.outcome.status = QVS::STATUS_NO_MATCHING_FILE;
+        facts.outcome.text = noFile(source, "verify report");
     }
-    begin(json, "verify_summary", source, report.sized ? &report.size : nullptr);
-    const VerifySummary& s = report.summary;
+    begin(json, "verify_summary", source, facts.sized ? &facts.size : nullptr);
+    const VerifySummary& s = facts.counts;
     json.Key("summary");
     json.BeginObject();
-    json.Member("verdict", source.path.empty() ? "no report"
-                           : report.opened     ? VerifyVerdict(s, report.status)
-                                               : "unreadable");
+    json.Member("verdict", PoolHealth::WordOf(facts.verdict).word);
     json.Member("status_read", s.statusRead);
     json.Member("finished", s.finished);
     json.Member("pool_condition_determined", s.statusRead && s.result == 0);
@@ -528,38 +507,49 @@ int verifySummary(const Source& source, JsonWriter& json) {
     json.Quantity("warnings", s.warnings);
     json.Quantity("problem_lists", s.problemLists);
     json.Quantity("problem_rows", s.problemRows);
+    json.Key("crc_matches");
+    if (facts.crc.known)
+        json.Bool(facts.crc.Matches());
+    else
+        json.Null();
     json.EndObject();
     const bool errorsFound = VerifyErrorsFound(s);
-    summaryEnd(json, report.status, report.failure, errorsFound, true);
-    return (report.status != 0 ? EXIT_NOT_READ : 0) | (errorsFound ? EXIT_ERRORS_FOUND : 0);
+    summaryEnd(json, facts.outcome, errorsFound, true);
+    return {(facts.outcome.status != 0 ? EXIT_NOT_READ : 0) |
+                (errorsFound ? EXIT_ERRORS_FOUND : 0),
+            facts.outcome};
 }
 
-int rebuildSummary(const Source& source, JsonWriter& json) {
-    LogsiftSummary::Log log;
+Written rebuildSummary(const Source& source, JsonWriter& json) {
+    PoolHealth::RebuildFacts facts = PoolHealth::ReadRebuild(source);
     if (source.path.empty()) {
-        log.status = QVS::STATUS_NO_MATCHING_FILE;
-        log.failure = noFile(source, "rebuild log");
-    } else {
-        log = LogsiftSummary::ReadLog(source);
+        facts.outcome.status = QVS::STATUS_NO_MATCHING_FILE;
+        facts.outcome.text = noFile(source, "rebuild log");
     }
-    begin(json, "rebuild_summary", source, log.sized ? &log.size : nullptr);
-    const RebuildSummary& s = log.summary;
+    begin(json, "rebuild_summary", source, facts.sized ? &facts.size : nullptr);
+    const RebuildSummary& s = facts.counts;
     json.Key("summary");
     json.BeginObject();
-    json.Member("loaded", log.opened);
-    timeMember(json, "modified", log.modified > 0 ? static_cast<uint64_t>(log.modified) : 0);
+    json.Member("loaded", facts.opened);
+    json.Member("state", PoolHealth::WordOf(facts.state).word);
+    timeMember(json, "modified", facts.modified > 0 ? static_cast<uint64_t>(facts.modified) : 0);
     json.Quantity("messages", s.messages);
     json.Quantity("tod_items", s.todItems + s.ignored);
     json.Quantity("ignored_tod_items", s.ignored);
     json.Quantity("truncated", s.truncated);
     json.Quantity("deleted", s.deleted);
+    json.Key("actions");
+    json.BeginObject(true);
+    for (unsigned action = 0; action < TODItem::ACTION_COUNT; ++action)
+        json.Quantity(TODItem::ACTION_NAMES[action], s.actions[action]);
     json.EndObject();
-    summaryEnd(json, log.status, log.failure, false, false);
-    return log.status != 0 ? EXIT_NOT_READ : 0;
+    json.EndObject();
+    summaryEnd(json, facts.outcome, false, false);
+    return {facts.outcome.status != 0 ? EXIT_NOT_READ : 0, facts.outcome};
 }
 
 // One document: the file's content, or its summary.
-int document(bool rebuild, const Source& source, const Options& options, JsonWriter& json) {
+Written document(bool rebuild, const Source& source, const Options& options, JsonWriter& json) {
     if (options.summary)
         return rebuild ? rebuildSummary(source, json) : verifySummary(source, json);
     return rebuild ? rebuildLog(source, options, json) : verifyReport(source, options, json);
@@ -569,8 +559,10 @@ int document(bool rebuild, const Source& source, const Options& options, JsonWri
 
 // Every pool's newest file of the type, each the document that pool alone
 // would give, keyed by the pool's name as that file spells it (written by
-// the lossless rule, so that no two pools share a key). When memory runs
-// out the document is closed where it stands, whole, with status 20000.
+// the lossless rule, so that no two pools share a key). The outcome is the
+// directory's, else what the pools say (the first pool not read, and how
+// many were not); when memory runs out the document is closed where it
+// stands, whole, with status 20000.
 int pools(const LogsiftDriver::FileType& type, const Options& options, JsonWriter& json) {
     opening(json, "pools");
     json.Member("file_type", type.word);
@@ -582,7 +574,9 @@ int pools(const LogsiftDriver::FileType& type, const Options& options, JsonWrite
     int status = 0;
     int scan = 0;
     unsigned long count = 0, notRead = 0, errorsFound = 0;
-    Outcome outcome;
+    First first;
+    Outcome firstPool;
+    std::string firstPoolName;
     try {
         std::vector<LogsiftDriver::PoolFiles> found;
         scan = LogsiftDriver::ScanPools(options.directory, found);
@@ -595,14 +589,20 @@ int pools(const LogsiftDriver::FileType& type, const Options& options, JsonWrite
             Source source{path, name, options.directory, true};
             ++count;
             json.Key(QVS::LosslessText(name));
-            const int one = document(type.rebuildLog, source, options, json);
-            notRead += (one & EXIT_NOT_READ) != 0;
-            errorsFound += (one & EXIT_ERRORS_FOUND) != 0;
-            status |= one;
+            const Written one = document(type.rebuildLog, source, options, json);
+            if (one.exit & EXIT_NOT_READ) {
+                ++notRead;
+                if (firstPool.status == 0) {
+                    firstPool = one.outcome;
+                    firstPoolName = QVS::LosslessText(name);
+                }
+            }
+            errorsFound += (one.exit & EXIT_ERRORS_FOUND) != 0;
+            status |= one.exit;
         }
     } catch (const std::bad_alloc&) {
         json.CloseTo(depth);
-        outcome.Note(QVS::zERR_NO_MEMORY, OUT_OF_MEMORY_TEXT);
+        first.Note(QVS::zERR_NO_MEMORY, OUT_OF_MEMORY_TEXT);
     }
     json.EndObject();
     json.Key("totals");
@@ -611,21 +611,32 @@ int pools(const LogsiftDriver::FileType& type, const Options& options, JsonWrite
     json.Quantity("not_read", notRead);
     json.Quantity("errors_found", errorsFound);
     json.EndObject();
-    // The pools' own failures are in their documents; this one's is the
-    // scan's, or a lack of memory.
-    if (scan != 0)
-        outcome.Note(QVS::ERRNO_STATUS_BASE + static_cast<unsigned>(scan),
-                     std::string("cannot read the directory: ") + std::strerror(scan));
-    else if (count == 0)
-        outcome.Note(QVS::STATUS_NO_MATCHING_FILE,
-                     std::string("no ") + (type.rebuildLog ? "rebuild log" : "verify report") +
-                         " of any pool in " + options.directory);
+    if (scan != 0) {
+        Outcome unread;
+        unread.status = QVS::ERRNO_STATUS_BASE + static_cast<unsigned>(scan);
+        unread.error = scan;
+        unread.text = std::string("cannot read the directory: ") + std::strerror(scan);
+        first.Note(unread);
+    } else if (count == 0) {
+        first.Note(QVS::STATUS_NO_MATCHING_FILE,
+                   std::string("no ") + (type.rebuildLog ? "rebuild log" : "verify report") +
+                       " of any pool in " + options.directory);
+    }
+    if (notRead != 0) {
+        Outcome pools = firstPool;
+        pools.offset = -1;
+        pools.text = std::to_string(notRead) + " of " + std::to_string(count) +
+                     (count == 1 ? " pool" : " pools") + " not read whole; the first, " +
+                     firstPoolName + ": " + firstPool.text;
+        first.Note(pools);
+    }
+    const Outcome& outcome = first.outcome;
     json.Key("outcome");
     json.BeginObject(true);
     JsonFields::StatusMember(json, "status", outcome.status);
     json.EndObject();
     if (outcome.status != 0) {
-        errorMember(json, outcome.status, outcome.failure, -1);
+        errorMember(json, outcome);
         status |= EXIT_NOT_READ;
     }
     end(json);
@@ -646,7 +657,10 @@ template <typename Write> int whole(std::ostream& out, Write write) {
         if (json.Depth() == 0)
             throw; // nothing begun: the program's own message says it
         json.CloseTo(1);
-        errorMember(json, QVS::zERR_NO_MEMORY, OUT_OF_MEMORY_TEXT, -1);
+        Outcome outcome;
+        outcome.status = QVS::zERR_NO_MEMORY;
+        outcome.text = OUT_OF_MEMORY_TEXT;
+        errorMember(json, outcome);
         json.EndObject();
         status = EXIT_NOT_READ;
     }
@@ -656,13 +670,13 @@ template <typename Write> int whole(std::ostream& out, Write write) {
 
 int VerifyReport(const std::string& path, const Options& options, std::ostream& out) {
     return whole(out, [&](JsonWriter& json) {
-        return document(false, Source{path, "", ""}, options, json);
+        return document(false, Source{path, "", ""}, options, json).exit;
     });
 }
 
 int RebuildLog(const std::string& path, const Options& options, std::ostream& out) {
     return whole(out, [&](JsonWriter& json) {
-        return document(true, Source{path, "", ""}, options, json);
+        return document(true, Source{path, "", ""}, options, json).exit;
     });
 }
 
@@ -674,7 +688,8 @@ int Document(const LogsiftDriver::FileType& type, const std::string* operand,
         return document(type.rebuildLog,
                         LogsiftDriver::Locate(type, operand ? *operand : std::string(),
                                               options.directory),
-                        options, json);
+                        options, json)
+            .exit;
     });
 }
 

@@ -13,9 +13,9 @@ struct FileType;
 
 namespace LogsiftJson {
 
-// The program's name and version, as --version and every document give them.
+// The program's name, as --version and every document give it (the
+// version is the package's, CommandLine::VERSION).
 extern const char* const PROGRAM;
-extern const char* const VERSION;
 
 // The version of the document's schema (doc/logsift-json.schema.json). A
 // member may be added within a major version; none is renamed or removed.

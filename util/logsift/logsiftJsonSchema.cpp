@@ -3,6 +3,7 @@
 // record's definition made from the registry's field tables, so that the
 // schema in doc/ is checked against what the printers write.
 #include "util/logsift/logsiftJson.h"
+#include "util/logsift/poolHealth.h"
 
 #include "util/common_cpp/actionHistory.h"
 #include "util/common_cpp/fieldKinds.h"
@@ -268,6 +269,14 @@ Properties ActionItemFields() {
 
 // ---------------------------------------------------------------- the documents
 
+// An enumeration of the words of one of the pool health's tables.
+Value WordsOf(const std::vector<PoolHealth::Word>& words, const char* description) {
+    std::vector<Value> values;
+    for (const PoolHealth::Word& word : words)
+        values.push_back(word.word);
+    return Enum(std::move(values), description);
+}
+
 // The members every document begins with; a document of one file then
 // names it. And those it ends with.
 Properties Header(const char* kind) {
@@ -370,6 +379,10 @@ Value VerifyDocument() {
                            Quantity("skipped_volume_rows", "the rows of the skipped-volume list",
                                     false)),
               false) +
+            P("verdict",
+              WordsOf(PoolHealth::Verdicts(),
+                      "the report's verdict, as its summary and logsift-status give it"),
+              false) +
             P("outcome",
               ObjectOf("the reader's status",
                        StatusOf("status") +
@@ -422,6 +435,16 @@ Properties SummaryClosing(bool verify) {
     return P("outcome", ObjectOf("the reader's status", outcome)) + P("error", Ref("error"), false);
 }
 
+// The TOD items shown, by the action the text names for each.
+Value ActionCounts() {
+    Properties counts;
+    for (unsigned action = 0; action < TODItem::ACTION_COUNT; ++action)
+        counts = counts + Quantity(TODItem::ACTION_NAMES[action]);
+    return ObjectOf("the TOD items shown (not ignored), by the action the text names for each: "
+                    "they add up to the items listed",
+                    counts);
+}
+
 Value VerifySummaryDocument() {
     return ObjectOf(
         "a verify report's summary (logsift-json --summary): its counts and its verdict, no "
@@ -429,9 +452,7 @@ Value VerifySummaryDocument() {
         Opening("verify_summary") +
             P("summary",
               ObjectOf(nullptr,
-                       P("verdict",
-                         Enum({"clean", "warnings", "errors", "incomplete", "no data", "damaged",
-                               "unreadable", "no report"})) +
+                       P("verdict", WordsOf(PoolHealth::Verdicts(), nullptr)) +
                            P("status_read", Typed("boolean", "the status summary was read")) +
                            P("finished", Typed("boolean", "the final status is valid")) +
                            P("pool_condition_determined", Typed("boolean")) +
@@ -440,7 +461,11 @@ Value VerifySummaryDocument() {
                            Quantity("errors", "the error conditions of the pool and its volumes") +
                            Quantity("warnings", "the warning conditions, likewise") +
                            Quantity("problem_lists", "the variable-data problem lists read") +
-                           Quantity("problem_rows", "their rows read"))) +
+                           Quantity("problem_rows", "their rows read") +
+                           P("crc_matches",
+                             Nullable("boolean", "whether the report's bytes give its CRC; null "
+                                                 "when it could not be read to its end"),
+                             false))) +
             SummaryClosing(true));
 }
 
@@ -452,12 +477,14 @@ Value RebuildSummaryDocument() {
             P("summary",
               ObjectOf(nullptr,
                        P("loaded", Typed("boolean", "the log could be loaded")) +
+                           P("state", WordsOf(PoolHealth::LogStates(), nullptr), false) +
                            Time("modified") +
                            Quantity("messages", "the message items") +
                            Quantity("tod_items", "the TOD items, the ignored ones included") +
                            Quantity("ignored_tod_items", "the TOD items of reason 6") +
-                           Quantity("truncated", "the objects the rebuild truncated") +
-                           Quantity("deleted", "the objects the rebuild deleted"))) +
+                           Quantity("truncated", "the TOD items whose flag says truncated") +
+                           Quantity("deleted", "the TOD items whose flag says deleted") +
+                           P("actions", ActionCounts(), false))) +
             SummaryClosing(false));
 }
 
@@ -480,7 +507,9 @@ Value PoolsDocument() {
                                                                    "has an error") +
                                               Quantity("errors_found",
                                                        "the pools whose report found errors"))) +
-            P("outcome", ObjectOf("the directory's reading: 0, or why no pool is listed",
+            P("outcome", ObjectOf("the directory's reading, else what the pools say: 0, why "
+                                  "no pool is listed, or the status of the first pool not "
+                                  "read whole",
                                   StatusOf("status"))) +
             P("error", Ref("error"), false));
 }
@@ -505,7 +534,10 @@ std::vector<Member> Definitions() {
                   StatusOf("status") + P("message", Typed("string")) +
                       P("offset", Nullable("integer", "where in the file reading stopped (for a "
                                                       "rebuild log, in its text as read); null "
-                                                      "when it did not stop at a place")))},
+                                                      "when it did not stop at a place")) +
+                      P("errno", Typed("integer", "the system's error number behind it, where "
+                                                  "there is one"),
+                        false))},
         {"message_item", ObjectOf("a message of the rebuild", MessageItemFields())},
         {"tod_item",
          ObjectOf("an object that the rebuild truncated or deleted",

@@ -1,5 +1,6 @@
 // logsiftMain.cpp - program entry: reads the command line and views one file.
 #include "util/common_cpp/verifyFileOutput.h"
+#include "util/logsift/commandLine.h"
 #include "util/logsift/logsiftView.h"
 #include "util/logsift/rvConfig.h"
 #include "util/support/startup.h"
@@ -11,7 +12,7 @@ namespace {
 // What happens after the command line is read; its result is the exit status.
 int view(int argc, char** argv) {
     BuildPlaceholders();
-    RVConfig cfg("logsift", "1.00");
+    RVConfig cfg("logsift", CommandLine::VERSION);
     int result = cfg.ProcessCommandLine(std::cout, argc, argv);
     if (result != 0)
         return result - 1;

@@ -1,10 +1,16 @@
-// logsiftStatusMain.cpp - entry of logsift-status: one line per pool, from
-// its newest verify report and newest rebuild log.
-#include "util/logsift/logsiftStatus.h"
-#include "util/logsift/rvConfig.h"
+// logsiftStatusMain.cpp - entry of logsift-status: every pool's health, from
+// its newest verify report and newest rebuild log, in the view the command
+// line chooses.
+#include "util/logsift/commandLine.h"
+#include "util/logsift/logsiftDriver.h"
+#include "util/logsift/poolHealth.h"
+#include "util/logsift/statusViews.h"
 #include "util/support/startup.h"
 
+#include <cerrno>
+#include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <getopt.h>
 #include <iostream>
 #include <string>
@@ -12,38 +18,40 @@
 
 namespace {
 
-using LogsiftStatus::PROGRAM;
+const char* const PROGRAM = "logsift-status";
 
-const char* const VERSION = "1.00";
+// Codes of the options that have a long name alone.
+enum : int { LIST = 256, MAX_AGE };
 
-const char* const USAGE =
-    "Usage: logsift-status [OPTION]... [POOL]...\n"
-    "Shows one line per pool from its newest verify report and newest rebuild log:\n"
-    "the report's time, whether the verify finished, its verdict, its numbers of\n"
-    "errors, warnings and problem rows; the log's time, its messages and how many\n"
-    "objects the rebuild truncated and deleted. Every pool of the RAV directory\n"
-    "when none is named.\n"
-    "\n"
-    "  -P, --path=PATH      directory of the RAV files\n"
-    "                       (default /var/opt/kestrel/log/qvs/rav/)\n"
-    "      --list[=TYPE]    only the pools' names, one per line, from the\n"
-    "                       directory alone (no file is read): every pool, or\n"
-    "                       those that TYPE vbfn or rtfn finds a file for\n"
-    "  -h, --help           display this help and exit\n"
-    "  -v, --version        display version information and exit\n"
-    "\n"
-    "Exit status: 0 every file was read whole; 1 a command-line error; 2 a file\n"
-    "could not be read whole, a named pool has no file, or the directory could\n"
-    "not be read or holds no file of a pool; 4 is added when a pool's newest\n"
-    "verify report found errors.\n";
+// The largest age limit taken: a hundred years.
+constexpr long MAX_AGE_DAYS = 36500;
 
-const struct option LONG_OPTIONS[] = {
-    {"help", no_argument, nullptr, 'h'},
-    {"version", no_argument, nullptr, 'v'},
-    {"path", required_argument, nullptr, 'P'},
-    {"list", optional_argument, nullptr, 'l'},
-    {nullptr, 0, nullptr, 0},
-};
+CommandLine::Program program() {
+    CommandLine::Program p{
+        PROGRAM,
+        "Usage: logsift-status [OPTION]... [POOL]...\n",
+        "Shows each pool's health from its newest verify report and newest rebuild log:\n"
+        "the report's time, whether the verify finished, its verdict, its numbers of\n"
+        "errors, warnings and problem rows; the log's time and state, its messages and\n"
+        "how many objects the rebuild truncated and deleted. Every pool of the RAV\n"
+        "directory when none is named.\n",
+        {},
+        "Exit status: 0 every file was read whole; 1 a command-line error; 2 a file\n"
+        "could not be read whole, a named pool has no file, or the directory could\n"
+        "not be read or holds no file of a pool; 4 is added when a pool's newest\n"
+        "verify report found errors.\n"};
+    for (const StatusViews::View& view : StatusViews::Views())
+        if (view.longName != nullptr)
+            p.options.push_back({view.longName, view.code, no_argument, nullptr, view.help});
+    p.options.push_back({"max-age", MAX_AGE, required_argument, "DAYS",
+                         "a verify report older than DAYS days makes its\npool stale "
+                         "(default 8)"});
+    p.options.push_back({"list", LIST, optional_argument, "TYPE",
+                         "only the pools' names, one per line, from the\n"
+                         "directory alone (no file is read): every pool, or\n"
+                         "those that TYPE vbfn or rtfn finds a file for"});
+    return p;
+}
 
 // The pools' names, one per line: what the completion offers.
 int listPools(const std::string& directory, const std::string& type) {
@@ -59,92 +67,94 @@ int listPools(const std::string& directory, const std::string& type) {
     std::cout.flush();
     std::cerr << PROGRAM << ": cannot read directory " << directory << ": "
               << std::strerror(scan) << "\n";
-    return LogsiftStatus::EXIT_NOT_READ;
+    return PoolHealth::EXIT_NOT_READ;
 }
 
-int usageError(const char* message = nullptr) {
-    if (message != nullptr)
-        std::cerr << PROGRAM << ": " << message << "\n";
-    std::cerr << "Try '" << PROGRAM << " --help' for more information." << std::endl;
-    return LogsiftStatus::EXIT_COMMAND_LINE;
-}
-
-// What could not be read, after the table, one line each.
-void reportFailures(const std::string& directory,
-                    const std::vector<LogsiftStatus::PoolStatus>& pools) {
-    for (const LogsiftStatus::PoolStatus& pool : pools) {
+// What could not be read, after the view, one line each.
+void reportFailures(const std::string& directory, const std::vector<PoolHealth::Pool>& pools) {
+    for (const PoolHealth::Pool& pool : pools) {
         if (!pool.found)
-            std::cerr << PROGRAM << ": no verify report or rebuild log of pool " << pool.files.name
+            std::cerr << PROGRAM << ": no verify report or rebuild log of pool " << pool.name
                       << " in " << directory << "\n";
-        if (!pool.files.report.empty() && pool.report.status != 0)
-            std::cerr << PROGRAM << ": " << pool.files.report << ": " << pool.report.failure
-                      << " (status " << pool.report.status << ")\n";
-        if (!pool.files.log.empty() && pool.log.status != 0)
-            std::cerr << PROGRAM << ": " << pool.files.log << ": " << pool.log.failure
-                      << " (status " << pool.log.status << ")\n";
+        for (const PoolHealth::FileFacts* file : {static_cast<const PoolHealth::FileFacts*>(&pool.verify),
+                                                  static_cast<const PoolHealth::FileFacts*>(&pool.rebuild)})
+            if (file->present && !file->outcome.Good())
+                std::cerr << PROGRAM << ": " << file->path << ": " << file->outcome.text
+                          << " (status " << file->outcome.status << ")\n";
     }
 }
 
 int status(int argc, char** argv) {
-    std::string directory = DEFAULT_RAV_DIRECTORY;
+    const CommandLine::Program description = program();
+    CommandLine::Common common;
     bool list = false;
     std::string listed; // the file type whose pools are listed; empty: all
-    opterr = 1;
-    int c;
-    while ((c = getopt_long(argc, argv, "hvP:", LONG_OPTIONS, nullptr)) != -1) {
-        switch (c) {
-        case 'h':
-            std::cout << USAGE;
-            return 0;
-        case 'v':
-            std::cout << PROGRAM << " (QVS) " << VERSION << "\n";
-            return 0;
-        case 'P':
-            // An empty name would be read as the root directory.
-            if (*optarg == '\0')
-                return usageError("the directory name of -P is empty");
-            directory = RavDirectory(optarg);
-            break;
-        case 'l':
-            list = true;
-            listed = optarg != nullptr ? optarg : "";
-            if (!listed.empty() && listed != "vbfn" && listed != "rtfn") {
-                std::cerr << PROGRAM << ": --list takes vbfn or rtfn, not '" << listed << "'\n";
-                return usageError();
+    const StatusViews::View* view = &StatusViews::Views().front();
+    StatusViews::Context context;
+    context.rules.now = static_cast<int64_t>(std::time(nullptr));
+    const int parsed = CommandLine::ParseCompanion(
+        description, argc, argv, common, [&](int code, const char* value) {
+            for (const StatusViews::View& candidate : StatusViews::Views()) {
+                if (candidate.longName == nullptr || candidate.code != code)
+                    continue;
+                if (view != &StatusViews::Views().front() && view != &candidate)
+                    return CommandLine::UsageError(
+                        PROGRAM, std::string("--") + view->longName + " and --" +
+                                     candidate.longName + " are two views; choose one");
+                view = &candidate;
+                return CommandLine::GO_ON;
             }
-            break;
-        default:
-            return usageError();
-        }
-    }
+            switch (code) {
+            case LIST:
+                list = true;
+                listed = value != nullptr ? value : "";
+                if (!listed.empty() && listed != "vbfn" && listed != "rtfn")
+                    return CommandLine::UsageError(
+                        PROGRAM, "--list takes vbfn or rtfn, not '" + listed + "'");
+                return CommandLine::GO_ON;
+            case MAX_AGE: {
+                char* end = nullptr;
+                errno = 0;
+                const long days = std::strtol(value, &end, 10);
+                if (*value == '\0' || *end != '\0' || errno != 0 || days < 0 ||
+                    days > MAX_AGE_DAYS)
+                    return CommandLine::UsageError(
+                        PROGRAM, std::string("--max-age takes a number of days from 0 to ") +
+                                     std::to_string(MAX_AGE_DAYS) + ", not '" + value + "'");
+                context.rules.maxAge = days * PoolHealth::SECONDS_PER_DAY;
+                return CommandLine::GO_ON;
+            }
+            default:
+                return CommandLine::UsageError(PROGRAM, "");
+            }
+        });
+    if (parsed != CommandLine::GO_ON)
+        return parsed;
     if (list) {
-        if (optind < argc) {
-            std::cerr << PROGRAM << ": --list takes no pool name\n";
-            return usageError();
-        }
-        return listPools(directory, listed);
+        if (optind < argc)
+            return CommandLine::UsageError(PROGRAM, "--list takes no pool name");
+        return listPools(common.directory, listed);
     }
     const std::vector<std::string> named(argv + optind, argv + argc);
-    std::vector<LogsiftStatus::PoolStatus> pools;
-    const int scan = LogsiftStatus::Collect(directory, named, pools);
-    LogsiftStatus::WriteTable(std::cout, pools);
+    context.directory = common.directory;
+    context.named = !named.empty();
+    std::vector<PoolHealth::Pool> pools;
+    context.scanError = PoolHealth::Collect(common.directory, named, context.rules, pools);
+    const int exit = view->write(std::cout, context, pools);
     std::cout.flush();
-    int exit = LogsiftStatus::ExitStatus(pools);
-    if (scan != 0) {
-        std::cerr << PROGRAM << ": cannot read directory " << directory << ": "
-                  << std::strerror(scan) << "\n";
-        exit |= LogsiftStatus::EXIT_NOT_READ;
-    } else if (pools.empty()) {
+    if (context.scanError != 0)
+        std::cerr << PROGRAM << ": cannot read directory " << common.directory << ": "
+                  << std::strerror(context.scanError) << "\n";
+    else if (pools.empty())
         // Nothing to read is nothing read: a wrong directory must not pass.
-        std::cerr << PROGRAM << ": no verify report or rebuild log in " << directory << "\n";
-        exit |= LogsiftStatus::EXIT_NOT_READ;
-    }
-    reportFailures(directory, pools);
+        std::cerr << PROGRAM << ": no verify report or rebuild log in " << common.directory
+                  << "\n";
+    reportFailures(common.directory, pools);
     return exit;
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    return QVS::RunProgram(PROGRAM, LogsiftStatus::EXIT_NOT_READ, status, argc, argv);
+    return QVS::RunProgram(PROGRAM, PoolHealth::EXIT_NOT_READ, status, argc, argv);
 }

@@ -9,7 +9,6 @@
 #include "util/support/qvsStatus.h"
 
 #include <exception>
-#include <functional>
 #include <iostream>
 #include <memory>
 
@@ -19,74 +18,64 @@ const char* const OPEN_FAILURE = "Unable to open verify binary file:  ";
 const char* const VIEW_FAILURE = "Unable to view file:  ";
 
 // Every failure is reported on stdout, where the report itself goes.
-unsigned viewFailure(const std::exception& e) {
-    std::cout << VIEW_FAILURE << e.what() << std::endl;
-    return QVS::zERR_BAD_PARAMETER_VALUE;
+void viewFailure(const LogsiftDriver::Outcome& outcome) {
+    std::cout << VIEW_FAILURE << outcome.thrown << std::endl;
+}
+
+// The view's status of an outcome: a reader that threw is 20008, whatever
+// it threw.
+unsigned viewStatus(const LogsiftDriver::Outcome& outcome) {
+    return outcome.threw ? QVS::zERR_BAD_PARAMETER_VALUE : outcome.status;
 }
 
 class TextVerifyReading : public LogsiftDriver::VerifyReading {
 public:
-    TextVerifyReading(const RVConfig& cfg, std::function<std::unique_ptr<VerifyFile>()> open,
-                      const char* failurePrefix, const char* failureText)
-        : cfg(cfg), open(std::move(open)), failurePrefix(failurePrefix),
-          failureText(failureText) {}
+    TextVerifyReading(const RVConfig& cfg, const char* failurePrefix, const char* failureText)
+        : cfg(cfg), failurePrefix(failurePrefix), failureText(failureText) {}
 
-    std::unique_ptr<VerifyFile> Open() override { return open(); }
-    unsigned OpenFailed(const std::exception& e) override {
-        std::cout << OPEN_FAILURE << e.what() << std::endl;
-        return QVS::zERR_BAD_PARAMETER_VALUE;
+    void OpenFailed(const LogsiftDriver::Outcome& open) override {
+        std::cout << OPEN_FAILURE << open.thrown << std::endl;
     }
     void Start(VerifyFile& reader) override { VBF_DisplayOptions(reader, cfg); }
-    unsigned Finished(VerifyFile&, unsigned status) override {
-        if (status != 0)
-            std::cout << failurePrefix << failureText << std::dec << status << std::endl;
-        return status;
+    void Finished(VerifyFile&, const LogsiftDriver::Outcome& read,
+                  const LogsiftDriver::Crc&) override {
+        if (read.threw)
+            viewFailure(read);
+        else if (read.status != 0)
+            std::cout << failurePrefix << failureText << std::dec << read.status << std::endl;
     }
-    unsigned Threw(VerifyFile&, const std::exception& e) override { return viewFailure(e); }
 
 private:
     const RVConfig& cfg;
-    std::function<std::unique_ptr<VerifyFile>()> open;
     const char* failurePrefix;
     const char* failureText;
 };
 
 class TextRebuildReading : public LogsiftDriver::RebuildReading {
 public:
-    TextRebuildReading(const std::string& fileName, const RVConfig& cfg)
-        : fileName(fileName), cfg(cfg) {}
-
-    std::unique_ptr<RebuildFile> Open() override {
-        return std::make_unique<RebuildFile>(fileName, std::cout, cfg.verbose);
-    }
     // A log that cannot be loaded is reported as a failed view.
-    unsigned OpenFailed(const std::exception& e) override { return viewFailure(e); }
+    void OpenFailed(const LogsiftDriver::Outcome& open) override { viewFailure(open); }
     void Start(RebuildFile&) override {}
-    void MessagesRead(unsigned status) override {
-        if (status != 0)
-            std::cout << "Unable to process all messages: " << std::dec << status << std::endl;
+    void MessagesRead(const LogsiftDriver::Outcome& walk) override {
+        if (walk.status != 0)
+            std::cout << "Unable to process all messages: " << std::dec << walk.status
+                      << std::endl;
     }
-    bool Lookup() const override { return true; }
-    const std::string& Server() const override { return cfg.serverName; }
-    unsigned Finished(RebuildFile&, unsigned status) override {
-        if (status != 0)
-            std::cout << "Unable to process complete file: " << std::dec << status << std::endl;
-        return status;
+    void Finished(RebuildFile&, const LogsiftDriver::Outcome& walk) override {
+        if (walk.threw)
+            viewFailure(walk);
+        else if (walk.status != 0)
+            std::cout << "Unable to process complete file: " << std::dec << walk.status
+                      << std::endl;
     }
-    unsigned Threw(RebuildFile&, const std::exception& e) override { return viewFailure(e); }
     void Done(RebuildFile&) override {}
-
-private:
-    const std::string& fileName;
-    const RVConfig& cfg;
 };
 
 unsigned viewVerifyReport(const std::string& fileName, const RVConfig& cfg,
                           const char* failurePrefix) {
-    TextVerifyReading reading(
-        cfg, [&] { return std::make_unique<VerifyFile>(fileName, std::cout, cfg.verbose); },
-        failurePrefix, " Unable to process Verify file.  Status - ");
-    return LogsiftDriver::ReadVerifyReport(reading);
+    TextVerifyReading reading(cfg, failurePrefix, " Unable to process Verify file.  Status - ");
+    return viewStatus(LogsiftDriver::ReadVerifyReport(
+        [&] { return std::make_unique<VerifyFile>(fileName, std::cout, cfg.verbose); }, reading));
 }
 
 // The newest file of the pool, announced, or the search's failure.
@@ -119,18 +108,23 @@ unsigned VBF_View(const std::string& fileName, const RVConfig& cfg) {
 
 unsigned VBF_View(const std::string& poolName, const std::string& serverName, const RVConfig& cfg) {
     // No dash after "Status" here, unlike the file-name view.
-    TextVerifyReading reading(
-        cfg,
+    TextVerifyReading reading(cfg, LS_LOC("util/logsift/logsiftMain", 300),
+                              " Unable to process Verify file.  Status ");
+    return viewStatus(LogsiftDriver::ReadVerifyReport(
         [&] {
             return std::make_unique<VerifyFile>(poolName, &serverName, 0, std::cout, cfg.verbose);
         },
-        LS_LOC("util/logsift/logsiftMain", 300), " Unable to process Verify file.  Status ");
-    return LogsiftDriver::ReadVerifyReport(reading);
+        reading));
 }
 
 unsigned RXF_View(const std::string& fileName, const RVConfig& cfg) {
-    TextRebuildReading reading(fileName, cfg);
-    return LogsiftDriver::ReadRebuildLog(reading);
+    TextRebuildReading reading;
+    LogsiftDriver::RebuildOptions options;
+    options.lookup = true;
+    options.server = cfg.serverName;
+    return viewStatus(LogsiftDriver::ReadRebuildLog(
+        [&] { return std::make_unique<RebuildFile>(fileName, std::cout, cfg.verbose); }, options,
+        reading));
 }
 
 unsigned RXF_ViewNewest(const std::string& poolName, const RVConfig& cfg) {

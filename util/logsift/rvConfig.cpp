@@ -1,19 +1,18 @@
 // rvConfig.cpp - option parsing, usage text, version line and settings dump.
 #include "util/logsift/rvConfig.h"
 
+#include "util/logsift/commandLine.h"
 #include "util/logsift/logsiftDriver.h"
 #include "util/support/qvsApp.h"
 
 #include <cstdlib>
 #include <getopt.h>
 #include <iostream>
+#include <vector>
 
 const char* const DEFAULT_RAV_DIRECTORY = "/var/opt/kestrel/log/qvs/rav/";
 
 namespace {
-
-const char* const RIGHTS_NOTICE =
-    "Copyright (C) 2026 the logsift authors. All rights reserved.";
 
 const char* const USAGE_LINES[] = {
     "Kestrel QVS - Rebuild And Verify Viewer",
@@ -57,16 +56,20 @@ const char* const USAGE_LINES[] = {
     "",
 };
 
-const struct option LONG_OPTIONS[] = {
-    {"help", no_argument, nullptr, 'h'},
-    {"version", no_argument, nullptr, 'v'},
-    {"actions", no_argument, nullptr, 'a'},
-    {"histograms", no_argument, nullptr, 'H'},
-    {"objects-details", no_argument, nullptr, 'o'},
-    {"path", required_argument, nullptr, 'P'},
-    {"verbose", required_argument, nullptr, 'V'},
-    {nullptr, 0, nullptr, 0},
-};
+// In this order: the short options "hvaHoP:V:" and the long table are made
+// from it. Built on first use, inside main: nothing allocates before it.
+const std::vector<CommandLine::Option>& options() {
+    static const std::vector<CommandLine::Option> rows = {
+        {"help", 'h', no_argument, nullptr, nullptr},
+        {"version", 'v', no_argument, nullptr, nullptr},
+        {"actions", 'a', no_argument, nullptr, nullptr},
+        {"histograms", 'H', no_argument, nullptr, nullptr},
+        {"objects-details", 'o', no_argument, nullptr, nullptr},
+        {"path", 'P', required_argument, nullptr, nullptr},
+        {"verbose", 'V', required_argument, nullptr, nullptr},
+    };
+    return rows;
+}
 
 } // namespace
 
@@ -102,15 +105,14 @@ void RVConfig::Usage(std::ostream& out) {
 }
 
 int RVConfig::ProcessCommandLine(std::ostream& out, int argc, char** argv) {
-    optind = 0; // a full rescan, so the parser can be run more than once per process
-    int c;
-    while ((c = getopt_long(argc, argv, "hvaHoP:V:", LONG_OPTIONS, nullptr)) != -1) {
+    const int result = CommandLine::Parse(options(), argc, argv, [this](int c, const char* value) {
         switch (c) {
         case 'h':
             Usage(std::cout);
             return 1;
         case 'v':
-            std::cout << programName << " (QVS) " << version << "\n" << RIGHTS_NOTICE << "\n";
+            std::cout << programName << " (QVS) " << version << "\n"
+                      << CommandLine::RIGHTS_NOTICE << "\n";
             std::cout.flush();
             return 1;
         case 'a':
@@ -123,22 +125,22 @@ int RVConfig::ProcessCommandLine(std::ostream& out, int argc, char** argv) {
             listHistograms = true;
             break;
         case 'P':
-            directory = RavDirectory(optarg);
+            directory = RavDirectory(value);
             break;
         case 'V': {
             char* end = nullptr;
-            long value = std::strtol(optarg, &end, 0);
+            long level = std::strtol(value, &end, 0);
             if (*end != '\0') {
-                std::cerr << programName << ": invalid LEVEL format '" << optarg << "'"
+                std::cerr << programName << ": invalid LEVEL format '" << value << "'"
                           << std::endl;
                 return 1;
             }
-            if (value < 0 || static_cast<unsigned>(value) == 0) {
-                std::cerr << programName << ": illegal LEVEL value '" << optarg << "'"
+            if (level < 0 || static_cast<unsigned>(level) == 0) {
+                std::cerr << programName << ": illegal LEVEL value '" << value << "'"
                           << std::endl;
                 return 1;
             }
-            verbose = static_cast<unsigned>(value);
+            verbose = static_cast<unsigned>(level);
             TheApp.SetLevel(verbose);
             break;
         }
@@ -154,7 +156,10 @@ int RVConfig::ProcessCommandLine(std::ostream& out, int argc, char** argv) {
             TryHelp();
             return 2;
         }
-    }
+        return CommandLine::GO_ON;
+    });
+    if (result != CommandLine::GO_ON)
+        return result;
 
     int index = optind;
     if (index >= argc)

@@ -50,11 +50,13 @@ struct CrcReadingHooks {
             errno = EINVAL;
             return -1;
         }
-        const int64_t target = base + *offset;
-        if (target < 0 || (*offset > 0 && target < base)) {
+        // Checked before the sum is made: a signed overflow would be
+        // undefined behaviour, not a wrapped value.
+        if ((*offset > 0 && base > INT64_MAX - *offset) || base + *offset < 0) {
             errno = EINVAL;
             return -1;
         }
+        const int64_t target = base + *offset;
         if (!reading.SeekTo(static_cast<uint64_t>(target)))
             return -1;
         *offset = static_cast<off64_t>(reading.position);

@@ -131,8 +131,8 @@ void JsonWriter::Quantity(std::string_view key, uint64_t value) {
     if (value >= EXACT_DOUBLE_LIMIT) {
         char digits[24];
         const std::to_chars_result result = std::to_chars(digits, digits + sizeof digits, value);
-        Member(std::string(key) + "_s",
-               std::string_view(digits, static_cast<std::size_t>(result.ptr - digits)));
+        Key(key, "_s");
+        String(std::string_view(digits, static_cast<std::size_t>(result.ptr - digits)));
     }
 }
 

@@ -52,6 +52,16 @@ public:
         Put("\": ", 3);
         afterKey = true;
     }
+    // A name made of two parts ("status" and "_name"), written without
+    // joining them first: nothing is allocated.
+    void Key(std::string_view name, std::string_view suffix) {
+        Separate();
+        Put('"');
+        Escape(name);
+        Escape(suffix);
+        Put("\": ", 3);
+        afterKey = true;
+    }
     // The same with the name already made by QuotedKey (a caller that
     // writes the member many times makes it once).
     void QuotedKey(std::string_view quoted) {

@@ -51,6 +51,15 @@ int OutOfMemory(const char* program, int status) {
     return status;
 }
 
+int InternalError(const char* program, const char* what, int status) {
+    FlushStandardOutputQuietly();
+    const char* const parts[] = {program, ": internal error: ", what, "\n"};
+    for (const char* part : parts)
+        if (write(STDERR_FILENO, part, std::strlen(part)) < 0)
+            break;
+    return status;
+}
+
 int RunProgram(const char* program, int failureStatus, int (*work)(int, char**), int argc,
                char** argv) {
     if (!OpenClosedStandardDescriptors())
@@ -63,6 +72,10 @@ int RunProgram(const char* program, int failureStatus, int (*work)(int, char**),
         return RunWithStandardOutput(program, failureStatus, work, argc, argv);
     } catch (const std::bad_alloc&) {
         return OutOfMemory(program, failureStatus);
+    } catch (const std::exception& e) {
+        // A programming error: said, and the program ends as after any
+        // failure, never with a signal.
+        return InternalError(program, e.what(), failureStatus);
     }
 }
 

@@ -22,13 +22,19 @@ int StartFailure(const char* program, int status);
 // nothing of its own could report it. Allocates nothing.
 int OutOfMemory(const char* program, int status);
 
+// "PROGRAM: internal error: WHAT" on standard error, after what standard
+// output holds, then `status`: for an exception that is no lack of memory
+// and that nothing of the program's own took in (a programming error).
+// Allocates nothing.
+int InternalError(const char* program, const char* what, int status);
+
 // A program's whole run, the same for every program of the package: the
 // closed standard descriptors opened (StartFailure when that fails), the
 // memory reserve installed (memoryReserve.h: it lets a lack of memory be
 // thrown and reported, and a JSON document be closed whole), `work` run
 // with standard output through its writer (RunWithStandardOutput), and a
-// lack of memory anywhere reported by OutOfMemory. `failureStatus` is the
-// status of each failure.
+// lack of memory anywhere reported by OutOfMemory, any other exception by
+// InternalError. `failureStatus` is the status of each failure.
 int RunProgram(const char* program, int failureStatus, int (*work)(int, char**), int argc,
                char** argv);
 

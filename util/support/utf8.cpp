@@ -39,4 +39,32 @@ std::string LosslessText(std::string_view name) {
     return text;
 }
 
+std::size_t DisplayWidth(std::string_view text) {
+    std::size_t width = 0;
+    std::size_t i = 0;
+    while (i < text.size()) {
+        const std::size_t length = ValidCharacterLength(text.substr(i));
+        i += length == 0 ? 1 : length;
+        ++width;
+    }
+    return width;
+}
+
+std::string EscapedCell(std::string_view name, bool backslash) {
+    std::string cell;
+    cell.reserve(name.size());
+    for (const char c : name) {
+        const unsigned char byte = static_cast<unsigned char>(c);
+        if (byte < 0x20 || byte == 0x7F || (backslash && c == '\\')) {
+            const char escape[] = {'\\', static_cast<char>('0' + (byte >> 6)),
+                                   static_cast<char>('0' + ((byte >> 3) & 7)),
+                                   static_cast<char>('0' + (byte & 7))};
+            cell.append(escape, sizeof escape);
+        } else {
+            cell += c;
+        }
+    }
+    return cell;
+}
+
 } // namespace QVS

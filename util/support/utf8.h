@@ -57,6 +57,17 @@ bool IsValidUtf8(std::string_view text);
 // backslash, x, f, f is written A\\xff.
 std::string LosslessText(std::string_view name);
 
+// How many columns `text` takes on a terminal: one for each well-formed
+// character and one for each byte of none (East Asian wide characters are
+// counted as one).
+std::size_t DisplayWidth(std::string_view text);
+
+// A name as a cell of a row shows it: each byte that would break the row or
+// move the cursor (a C0 control, tab and newline among them, or DEL) as a
+// backslash and three octal digits; with `backslash`, a backslash too (a
+// row that a script reads back, where \ooo must mean one thing only).
+std::string EscapedCell(std::string_view name, bool backslash = false);
+
 } // namespace QVS
 
 #endif

@@ -2,7 +2,7 @@
 # alone: in the table, in the summaries and in the whole document.
 status=$(dirname "$LOGSIFT")/logsift-status
 json=$(dirname "$LOGSIFT")/logsift-json
-(exec -a logsift-status "$status" -P rav)
+(exec -a logsift-status "$status" --max-age 36500 -P rav)
 echo "status $?"
 "$json" -P rav --summary vbfn | jq -c '.pools | to_entries[] | [.key, .value.summary.verdict,
     .value.error.status_name]'

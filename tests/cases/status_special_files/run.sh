@@ -4,7 +4,7 @@
 status=$(dirname "$LOGSIFT")/logsift-status
 exec 3< <(exec sleep 60 2>/dev/null)
 writer=$!
-timeout 20 bash -c 'exec -a logsift-status "$0" -P rav' "$status" <&3
+timeout 20 bash -c 'exec -a logsift-status "$0" --max-age 36500 -P rav' "$status" <&3
 result=$?
 kill "$writer"
 exit "$result"
