@@ -23,7 +23,9 @@ import tempfile
 
 STEP_KB = 64
 SPAN_KB = 3 * 1024
-LOADER_FAILURE = b"error while loading shared libraries"
+# What the system's loader says when it cannot map the program or set it up.
+LOADER_FAILURES = (b"error while loading shared libraries",
+                   b"cannot allocate TLS data structures for initial thread")
 
 
 def run(argv, limit_kb, cwd):
@@ -35,7 +37,7 @@ def run(argv, limit_kb, cwd):
 
 
 def loader_failed(status, err):
-    return status == 127 and LOADER_FAILURE in err
+    return status == 127 and any(failure in err for failure in LOADER_FAILURES)
 
 
 def floor_of(program, cwd):

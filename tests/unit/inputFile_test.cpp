@@ -11,6 +11,8 @@
 #include <chrono>
 #include <cstdio>
 #include <fstream>
+#include <iostream>
+#include <stdexcept>
 #include <sstream>
 #include <string>
 
@@ -199,4 +201,25 @@ TEST(OpenInput, ADescriptorNotTakenIsClosed) {
         descriptor = file.descriptor;
     }
     EXPECT_EQ(::fcntl(descriptor, F_GETFD), -1);
+}
+
+// A log that cannot be read is reported once, by the program that opened
+// it: the reader's own line goes to the stream it is given, not to the
+// standard error stream as well.
+TEST(OpenInput, ALogThatCannotBeReadReportsToItsOwnStream) {
+    Scratch scratch;
+    const std::string path = scratch.Write("log.xml", "<rebuildLog></rebuildLog>");
+    std::ostringstream out, diagnostics, standardError;
+    std::streambuf* saved = std::cerr.rdbuf(standardError.rdbuf());
+    RebuildFile::Opened opened;
+    opened.regular = true;
+    opened.size = 100;
+    opened.diagnostics = &diagnostics;
+    // A directory opens, and every read of it fails.
+    opened.descriptor = ::open(scratch.Path("").c_str(), O_RDONLY);
+    EXPECT_THROW(RebuildFile(path, opened, out, 4), std::runtime_error);
+    std::cerr.rdbuf(saved);
+    EXPECT_EQ(standardError.str(), "");
+    EXPECT_EQ(diagnostics.str(), "util/common_cpp/rebuildFile[97] Could not read from \"" + path +
+                                     "\" because of \"Is a directory\"\n");
 }

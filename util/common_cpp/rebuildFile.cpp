@@ -166,6 +166,12 @@ void RebuildFile::Load(const Opened* opened) {
     }
 
     unsigned status = CheckRootElement();
+    // A log still being written has its root open, and nothing after it
+    // closed.
+    if (status == QVS::zERR_XML_END_TAG_NOT_FOUND && opened != nullptr && opened->unfinished) {
+        finished = false;
+        status = 0;
+    }
     if (status != 0) {
         CloseFile();
         if (flags & FLAG_REPORT_LOAD_ERRORS)
@@ -250,6 +256,46 @@ unsigned RebuildFile::CheckRootElement() const {
     return 0;
 }
 
+namespace {
+
+// The tags that stand between items: none of them may follow an item that
+// the end of the text cut.
+const char* const STRUCTURE_TAGS[] = {
+    "<todItem>",         "<messageItem>",     "<actionItem>",      "<debugItem>",
+    "<ioItem>",          "<todHistory>",      "<messageHistory>",  "<actionHistory>",
+    "<debugHistory>",    "<ioHistory>",       "<actionCurrent>",   "</todHistory>",
+    "</messageHistory>", "</actionHistory>",  "</debugHistory>",   "</ioHistory>",
+    "</rebuildLog>",
+};
+const char TOD_HISTORY_END[] = "</todHistory>";
+const char MESSAGE_HISTORY_END[] = "</messageHistory>";
+
+} // namespace
+
+bool RebuildFile::OnlyAnItemBegun(std::string_view rest) {
+    for (const char* tag : STRUCTURE_TAGS)
+        if (rest.find(tag) != std::string_view::npos)
+            return false;
+    return true;
+}
+
+bool RebuildFile::EndsWhereWritten(unsigned status, const char* itemTag, const char* historyEnd,
+                                   unsigned long position) const {
+    if (finished)
+        return false;
+    // The items ran out: of the list, or of what is written of it. A
+    // closing tag of the list stands after its last item, where the walk
+    // stopped, so the rest of the text need not be searched again.
+    if (status == 0)
+        return text.find(historyEnd, position) == std::string::npos;
+    if (status != QVS::zERR_XML_END_TAG_NOT_FOUND)
+        return false;
+    const std::string::size_type begun = text.find(itemTag, position);
+    if (begun == std::string::npos)
+        return false;
+    return OnlyAnItemBegun(std::string_view(text).substr(begun + std::strlen(itemTag)));
+}
+
 const char* RebuildFile::NameSpaceSeparator(unsigned nameSpace) {
     switch (nameSpace) {
     case 0:
@@ -289,6 +335,10 @@ unsigned RebuildFile::WalkTODItems(Show show) {
             return shown;
     }
     status = status == QVS::zERR_RAV_EOL ? 0 : status;
+    if (EndsWhereWritten(status, TOD_ITEM_TAG, TOD_HISTORY_END, position)) {
+        status = 0;
+        printer->EndOfWrittenText(text.size());
+    }
     printer->TODItemsEnd(found, ignored, status, position);
     return status;
 }
@@ -393,6 +443,10 @@ unsigned RebuildFile::DisplayMessageItems() {
         printer->Message(item);
     }
     status = status == QVS::zERR_RAV_EOL ? 0 : status;
+    if (EndsWhereWritten(status, MESSAGE_ITEM_TAG, MESSAGE_HISTORY_END, position)) {
+        status = 0;
+        printer->EndOfWrittenText(text.size());
+    }
     printer->MessagesEnd(found, status, position);
     return status;
 }
@@ -400,6 +454,8 @@ unsigned RebuildFile::DisplayMessageItems() {
 // ---------------------------------------------------------------- the text printer
 
 RebuildPrinter::~RebuildPrinter() = default;
+
+void RebuildPrinter::EndOfWrittenText(unsigned long) {}
 
 RebuildTextPrinter::RebuildTextPrinter(std::ostream& output)
     : out(output), lines(new char[LINE_BLOCK_SIZE]) {}

@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <ostream>
 #include <string>
+#include <string_view>
 
 class TODItem;
 class VFSManageCmd;
@@ -31,11 +32,15 @@ public:
     // regular file is read no further than `size`, the size it had when it
     // was opened; and the reader's own diagnostics go to `diagnostics`
     // instead of the standard error stream.
+    // With `unfinished`, a log whose root element is not closed yet (a
+    // rebuild still writing it) is loaded, and its walks end where its
+    // text ends (EndOfWrittenText) instead of at a damaged item.
     struct Opened {
         int descriptor = -1;
         bool regular = false;
         unsigned long long size = 0;
         std::ostream* diagnostics = nullptr;
+        bool unfinished = false;
     };
     RebuildFile(const std::string& fileName, const Opened& opened, std::ostream& out,
                 unsigned int flags);
@@ -55,6 +60,13 @@ public:
     const std::string& Text() const { return text; }
     // Whether the log's root element is closed: the rebuild finished writing it.
     bool Finished() const { return finished; }
+
+    // Whether `rest`, what follows an item's opening tag that has no closing
+    // tag, is that item's own beginning and nothing more: no other item,
+    // history or root tag opens or closes in it. Only then did the text end
+    // inside the item because its writer stands there; anything after it
+    // makes the item damaged.
+    static bool OnlyAnItemBegun(std::string_view rest);
     unsigned Flags() const { return flags; }
 
     // Separator between a looked-up path and the logged name.
@@ -72,6 +84,11 @@ private:
     void ReserveFor(unsigned long long size);
     void AppendChunks(const char* block, size_t size);
     unsigned CheckRootElement() const;
+    // For a log still being written: whether a walk of `itemTag` items that
+    // ended with `status` at `position` ended at the end of what was
+    // written, its history (`historyEnd` its closing tag) not closed yet.
+    bool EndsWhereWritten(unsigned status, const char* itemTag, const char* historyEnd,
+                          unsigned long position) const;
     void ReportMemoryFailure();
     void CloseFile();
     // The walk of both TOD displays: every item is counted, and `show` is

@@ -94,8 +94,26 @@ void RebuildJsonPrinter::Stopped(unsigned walkStatus, bool atPosition,
 
 void RebuildJsonPrinter::MessagesEnd(unsigned long found, unsigned walkStatus,
                                      unsigned long walkPosition) {
-    EndMessages(found, walkStatus, walkStatus == 0 ? END_OF_LIST : DAMAGED_ITEM);
+    EndMessages(found, walkStatus, EndedBy(walkStatus));
     Stopped(walkStatus, true, walkPosition, "the message walk stopped at a damaged item");
+}
+
+void RebuildJsonPrinter::EndOfWrittenText(unsigned long end) {
+    atTextEnd = true;
+    textEnd = end;
+}
+
+char const* RebuildJsonPrinter::EndedBy(unsigned walkStatus) const {
+    if (walkStatus != 0)
+        return DAMAGED_ITEM;
+    return atTextEnd ? END_OF_TEXT : END_OF_LIST;
+}
+
+// Where the text ends, for a walk that ended there.
+void RebuildJsonPrinter::TextEnd() {
+    if (atTextEnd)
+        json.Quantity("text_end", textEnd);
+    atTextEnd = false;
 }
 
 void RebuildJsonPrinter::EndMessages(unsigned long found, unsigned walkStatus,
@@ -109,6 +127,7 @@ void RebuildJsonPrinter::EndMessages(unsigned long found, unsigned walkStatus,
     json.Quantity("count", found);
     json.Member("ended_by", endedBy);
     JsonFields::StatusMember(json, "status", walkStatus);
+    TextEnd();
     json.EndObject();
 }
 
@@ -190,7 +209,7 @@ bool RebuildJsonPrinter::ChannelFailure(std::exception const& e) {
 
 void RebuildJsonPrinter::TODItemsEnd(unsigned long found, unsigned long ignoredItems,
                                      unsigned walkStatus, unsigned long walkPosition) {
-    EndTODItems(found, ignoredItems, walkStatus, walkStatus == 0 ? END_OF_LIST : DAMAGED_ITEM);
+    EndTODItems(found, ignoredItems, walkStatus, EndedBy(walkStatus));
     Stopped(walkStatus, true, walkPosition, "the TOD walk stopped at a damaged item");
 }
 
@@ -241,9 +260,11 @@ void RebuildJsonPrinter::EndTODItems(unsigned long found, unsigned long ignoredI
     json.Quantity("ignored", ignoredItems);
     // Whether the walk came to its end call at all: a damaged item ends it
     // as well as the list's end does; "ended_by" tells them apart.
-    json.Member("complete", endedBy == END_OF_LIST || endedBy == DAMAGED_ITEM);
+    json.Member("complete", endedBy == END_OF_LIST || endedBy == DAMAGED_ITEM ||
+                                endedBy == END_OF_TEXT);
     json.Member("ended_by", endedBy);
     JsonFields::StatusMember(json, "status", walkStatus);
+    TextEnd();
     json.EndObject();
     if (channelStatus != 0 && channelStatus != QVS::zERR_NO_MEMORY) {
         // Why no name was asked, once for the document.

@@ -20,6 +20,8 @@ public:
     static constexpr char const* NO_CHANNEL = "no_channel";
     static constexpr char const* OUT_OF_MEMORY = "out_of_memory";
     static constexpr char const* FAILURE = "failure";
+    // The walk reached the end of what a log still being written holds.
+    static constexpr char const* END_OF_TEXT = "end_of_text";
     // A lookup's outcome when no channel could be had for the names.
     static constexpr char const* NOT_ASKED = "not_asked";
 
@@ -37,6 +39,7 @@ public:
     bool ChannelFailure(std::exception const& failure) override;
     void TODItemsEnd(unsigned long found, unsigned long ignored, unsigned status,
                      unsigned long position) override;
+    void EndOfWrittenText(unsigned long textEnd) override;
 
     // Ends what the walks left open ("tod_items" after a channel failure,
     // with its walk summary) and writes the empty lists of walks that never
@@ -64,6 +67,9 @@ private:
     void WriteTODItem(TODItem const& item, bool isIgnored, NameLookup_s const* lookup);
     void BeginTODItems();
     void EndMessages(unsigned long found, unsigned walkStatus, char const* endedBy);
+    // How a walk that ended with `walkStatus` ended, and its "text_end".
+    char const* EndedBy(unsigned walkStatus) const;
+    void TextEnd();
     // Closes the TOD item list and writes its walk's counts and status.
     void EndTODItems(unsigned long found, unsigned long ignoredItems, unsigned walkStatus,
                      char const* endedBy);
@@ -87,6 +93,9 @@ private:
     unsigned long position = 0;
     bool hasPosition = false;
     std::string failure;
+    // Said by the walk that ends next: it reached the end of the text there.
+    bool atTextEnd = false;
+    unsigned long textEnd = 0;
 };
 
 namespace RebuildJson {

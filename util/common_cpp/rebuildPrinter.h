@@ -44,6 +44,13 @@ public:
     virtual bool ChannelFailure(std::exception const& failure) = 0;
     virtual void TODItemsEnd(unsigned long found, unsigned long ignored, unsigned status,
                              unsigned long position) = 0;
+
+    // Said just before a walk's end (its status then 0) in a log that is
+    // still being written, when the walk reached the end of what is
+    // written: an item cut by it, or a list not closed yet. `textEnd` is
+    // where the text ends. Nothing by default: the viewer's text never
+    // meets such a log.
+    virtual void EndOfWrittenText(unsigned long textEnd);
 };
 
 // The viewer's text: message lines, one line per TOD item as logged or with

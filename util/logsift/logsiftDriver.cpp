@@ -225,6 +225,29 @@ Source Locate(const FileType& type, const std::string& operand, const std::strin
     return source;
 }
 
+Source LocateQuietly(const FileType& type, const std::string& operand,
+                     const std::string& directory, int& error) {
+    error = 0;
+    if (!type.newest)
+        return Locate(type, operand, directory);
+    Source source;
+    source.pool = operand;
+    source.directory = directory;
+    source.searched = true;
+    std::vector<PoolFiles> pools;
+    error = ScanPools(directory, pools);
+    const std::string key = PoolKey(operand);
+    for (const PoolFiles& pool : pools) {
+        if (PoolKey(pool.name) != key)
+            continue;
+        source.path = type.rebuildLog ? pool.log : pool.report;
+        if (!source.path.empty())
+            source.pool = type.rebuildLog ? pool.logName : pool.reportName;
+        break;
+    }
+    return source;
+}
+
 bool OpenSource(const Source& source, QVS::InputFile& file, QVS::InputFailure& failure) {
     return QVS::OpenInput(source.path,
                           source.searched ? QVS::InputKinds::RegularOnly
@@ -385,6 +408,7 @@ RebuildOpener InputLog(const std::string& path, QVS::InputFile& input, std::ostr
         opened.regular = input.regular;
         opened.size = input.size;
         opened.diagnostics = &messages;
+        opened.unfinished = true;
         opened.descriptor = input.Take();
         return std::make_unique<RebuildFile>(path, opened, messages, debugMask);
     };

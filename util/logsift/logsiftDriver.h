@@ -44,6 +44,13 @@ struct Source {
 // The named file, or the pool's newest file of the type in `directory`.
 Source Locate(const FileType& type, const std::string& operand, const std::string& directory);
 
+// The same for the companions, from one reading of the directory (ScanPools),
+// which prints nothing: `error` is the errno that stopped the reading, so
+// that a directory that cannot be read is said for what it is rather than
+// as a pool without a file.
+Source LocateQuietly(const FileType& type, const std::string& operand,
+                     const std::string& directory, int& error);
+
 // One pool of the RAV directory: its name as its newest file gives it, and
 // the newest verify report and rebuild log the search finds for it (empty
 // where it has none).
@@ -162,8 +169,8 @@ Outcome ReadRebuildLog(const RebuildOpener& open, const RebuildOptions& options,
 
 // The companions' openers over an input that OpenSource opened: the reader
 // takes its descriptor, reads no further than its size when opened, folds
-// a report's CRC, and writes its own messages and diagnostics to
-// `messages`.
+// a report's CRC, takes a log that is still being written as far as it is
+// written, and writes its own messages and diagnostics to `messages`.
 VerifyOpener InputReport(const std::string& path, QVS::InputFile& input, std::ostream& messages,
                          unsigned debugMask);
 RebuildOpener InputLog(const std::string& path, QVS::InputFile& input, std::ostream& messages,

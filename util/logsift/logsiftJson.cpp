@@ -170,9 +170,21 @@ struct Written {
     Outcome outcome;
 };
 
-// The message of a newest-file search that found nothing.
-std::string noFile(const Source& source, const char* what) {
-    return std::string("no ") + what + " of pool " + source.pool + " in " + source.directory;
+// The outcome of a newest-file search that found nothing: the directory
+// that could not be read, or no file of the pool in it.
+Outcome noFile(const Source& source, const char* what, int directoryError) {
+    Outcome outcome;
+    if (directoryError != 0) {
+        outcome.status = QVS::ERRNO_STATUS_BASE + static_cast<unsigned>(directoryError);
+        outcome.error = directoryError;
+        outcome.text = "cannot read the directory " + source.directory + ": " +
+                       std::strerror(directoryError);
+    } else {
+        outcome.status = QVS::STATUS_NO_MATCHING_FILE;
+        outcome.text = std::string("no ") + what + " of pool " + source.pool + " in " +
+                       source.directory;
+    }
+    return outcome;
 }
 
 // The report's sections through the JSON printer, inside "sections", and
@@ -209,7 +221,8 @@ private:
     bool opened = false;
 };
 
-Written verifyReport(const Source& source, const Options& options, JsonWriter& json) {
+Written verifyReport(const Source& source, const Options& options, JsonWriter& json,
+                     int directoryError) {
     QVS::InputFile input;
     QVS::InputFailure failure;
     const bool opened = !source.path.empty() && LogsiftDriver::OpenSource(source, input, failure);
@@ -225,7 +238,7 @@ Written verifyReport(const Source& source, const Options& options, JsonWriter& j
             reading));
     } else {
         if (source.path.empty())
-            first.Note(QVS::STATUS_NO_MATCHING_FILE, noFile(source, "verify report"));
+            first.Note(noFile(source, "verify report", directoryError));
         else
             first.Note(LogsiftDriver::InputOutcome(failure));
         reading.Sections(nullptr);
@@ -275,13 +288,15 @@ public:
     ActionWalk(JsonWriter& writer, std::ostream& readerMessages)
         : json(writer), messages(readerMessages) {}
 
-    // Writes "action_items" and "action_walk".
-    void Run(std::string const& text) {
+    // Writes "action_items" and "action_walk". In a log still being written
+    // (`finished` false) the walk may end where the text ends: in a history
+    // not closed yet, or at an item that the end cut.
+    void Run(std::string const& text, bool finished) {
         json.Key("action_items");
         const std::size_t depth = json.Depth();
         json.BeginArray();
         try {
-            Walk(text);
+            Walk(text, finished);
         } catch (const std::bad_alloc&) {
             json.CloseTo(depth + 1);
             Stop(QVS::zERR_NO_MEMORY, RebuildJsonPrinter::OUT_OF_MEMORY, OUT_OF_MEMORY_TEXT, -1);
@@ -293,6 +308,8 @@ public:
         json.Quantity("unreadable", unreadable);
         json.Member("ended_by", endedBy);
         JsonFields::StatusMember(json, "status", status);
+        if (endedBy == RebuildJsonPrinter::END_OF_TEXT)
+            json.Quantity("text_end", text.size());
         json.EndObject();
     }
 
@@ -305,13 +322,23 @@ public:
     long long Position() const { return position; }
 
 private:
-    void Walk(std::string const& text) {
+    void Walk(std::string const& text, bool finished) {
         unsigned long first = 0;
         unsigned long last = 0;
         unsigned found = LocateTagContents(text, ACTION_HISTORY_TAG, 0, &first, &last, nullptr);
-        if (found == QVS::zERR_XML_TAG_NOT_FOUND)
-            return; // a log without an action history
-        if (found != 0) {
+        if (found == QVS::zERR_XML_TAG_NOT_FOUND) {
+            // A log without an action history, or one not begun yet.
+            if (!finished)
+                endedBy = RebuildJsonPrinter::END_OF_TEXT;
+            return;
+        }
+        bool open = false; // the history is not closed: it goes to the text's end
+        if (found == QVS::zERR_XML_END_TAG_NOT_FOUND && !finished) {
+            open = true;
+            first = static_cast<unsigned long>(text.find(ACTION_HISTORY_TAG) +
+                                               std::strlen(ACTION_HISTORY_TAG));
+            last = static_cast<unsigned long>(text.size());
+        } else if (found != 0) {
             const std::size_t at = text.find(ACTION_HISTORY_TAG);
             Report("The action history", at, "has no closing tag", found);
             Stop(found, RebuildJsonPrinter::DAMAGED_ITEM, "the action history has no closing tag",
@@ -326,10 +353,19 @@ private:
             unsigned long itemStart = 0;
             unsigned long itemEnd = 0;
             found = LocateTagInclusive(history, ACTION_ITEM_TAG, position, &itemStart, &itemEnd);
-            if (found == QVS::zERR_XML_TAG_NOT_FOUND)
+            if (found == QVS::zERR_XML_TAG_NOT_FOUND) {
+                if (open)
+                    endedBy = RebuildJsonPrinter::END_OF_TEXT;
                 return;
+            }
             if (found != 0) {
-                const std::size_t at = first + history.find(ACTION_ITEM_TAG, position);
+                const std::size_t begun = history.find(ACTION_ITEM_TAG, position);
+                if (open && RebuildFile::OnlyAnItemBegun(
+                                history.substr(begun + std::strlen(ACTION_ITEM_TAG)))) {
+                    endedBy = RebuildJsonPrinter::END_OF_TEXT; // cut by the end of the text
+                    return;
+                }
+                const std::size_t at = first + begun;
                 Report("Action item", at, "has no closing tag", found);
                 Stop(found, RebuildJsonPrinter::DAMAGED_ITEM, "an action item has no closing tag",
                      static_cast<long long>(at));
@@ -400,22 +436,26 @@ public:
     void Done(RebuildFile& log) override {
         loaded = true;
         first.Note(printer.Status(), printer.Failure(), printer.Position());
-        actions.Run(log.Text());
+        finished = log.Finished();
+        actions.Run(log.Text(), finished);
         first.Note(actions.Status(), actions.Failure(), actions.Position());
     }
 
     RebuildJsonPrinter& Printer() { return printer; }
     const ActionWalk& Actions() const { return actions; }
     bool Loaded() const { return loaded; }
+    bool Finished() const { return finished; }
 
 private:
     RebuildJsonPrinter printer;
     ActionWalk actions;
     First& first;
     bool loaded = false;
+    bool finished = false;
 };
 
-Written rebuildLog(const Source& source, const Options& options, JsonWriter& json) {
+Written rebuildLog(const Source& source, const Options& options, JsonWriter& json,
+                     int directoryError) {
     QVS::InputFile input;
     QVS::InputFailure failure;
     const bool opened = !source.path.empty() && LogsiftDriver::OpenSource(source, input, failure);
@@ -434,7 +474,7 @@ Written rebuildLog(const Source& source, const Options& options, JsonWriter& jso
         if (!reading.Loaded())
             first.Note(loading);
     } else if (source.path.empty()) {
-        first.Note(QVS::STATUS_NO_MATCHING_FILE, noFile(source, "rebuild log"));
+        first.Note(noFile(source, "rebuild log", directoryError));
     } else {
         first.Note(LogsiftDriver::InputOutcome(failure));
     }
@@ -447,6 +487,13 @@ Written rebuildLog(const Source& source, const Options& options, JsonWriter& jso
         json.BeginArray();
         json.EndArray();
     }
+    // Whether the log's root element is closed: false for a rebuild still
+    // writing it; null when the log could not be loaded.
+    json.Key("finished");
+    if (reading.Loaded())
+        json.Bool(reading.Finished());
+    else
+        json.Null();
     json.Key("totals");
     json.BeginObject(true);
     json.Quantity("messages", printer.Messages());
@@ -486,12 +533,10 @@ void summaryEnd(JsonWriter& json, const Outcome& outcome, bool errorsFound, bool
     end(json);
 }
 
-Written verifySummary(const Source& source, JsonWriter& json) {
+Written verifySummary(const Source& source, JsonWriter& json, int directoryError) {
     PoolHealth::VerifyFacts facts = PoolHealth::ReadVerify(source);
-    if (source.path.empty()) {
-        facts.outcome.status = QVS::STATUS_NO_MATCHING_FILE;
-        facts.outcome.text = noFile(source, "verify report");
-    }
+    if (source.path.empty())
+        facts.outcome = noFile(source, "verify report", directoryError);
     begin(json, "verify_summary", source, facts.sized ? &facts.size : nullptr);
     const VerifySummary& s = facts.counts;
     json.Key("summary");
@@ -520,17 +565,20 @@ Written verifySummary(const Source& source, JsonWriter& json) {
             facts.outcome};
 }
 
-Written rebuildSummary(const Source& source, JsonWriter& json) {
+Written rebuildSummary(const Source& source, JsonWriter& json, int directoryError) {
     PoolHealth::RebuildFacts facts = PoolHealth::ReadRebuild(source);
-    if (source.path.empty()) {
-        facts.outcome.status = QVS::STATUS_NO_MATCHING_FILE;
-        facts.outcome.text = noFile(source, "rebuild log");
-    }
+    if (source.path.empty())
+        facts.outcome = noFile(source, "rebuild log", directoryError);
     begin(json, "rebuild_summary", source, facts.sized ? &facts.size : nullptr);
     const RebuildSummary& s = facts.counts;
     json.Key("summary");
     json.BeginObject();
     json.Member("loaded", facts.opened);
+    json.Key("finished");
+    if (facts.opened)
+        json.Bool(facts.finished);
+    else
+        json.Null();
     json.Member("state", PoolHealth::WordOf(facts.state).word);
     timeMember(json, "modified", facts.modified > 0 ? static_cast<uint64_t>(facts.modified) : 0);
     json.Quantity("messages", s.messages);
@@ -549,10 +597,13 @@ Written rebuildSummary(const Source& source, JsonWriter& json) {
 }
 
 // One document: the file's content, or its summary.
-Written document(bool rebuild, const Source& source, const Options& options, JsonWriter& json) {
+Written document(bool rebuild, const Source& source, const Options& options, JsonWriter& json,
+                 int directoryError = 0) {
     if (options.summary)
-        return rebuild ? rebuildSummary(source, json) : verifySummary(source, json);
-    return rebuild ? rebuildLog(source, options, json) : verifyReport(source, options, json);
+        return rebuild ? rebuildSummary(source, json, directoryError)
+                       : verifySummary(source, json, directoryError);
+    return rebuild ? rebuildLog(source, options, json, directoryError)
+                   : verifyReport(source, options, json, directoryError);
 }
 
 // ---------------------------------------------------------------- every pool
@@ -615,7 +666,7 @@ int pools(const LogsiftDriver::FileType& type, const Options& options, JsonWrite
         Outcome unread;
         unread.status = QVS::ERRNO_STATUS_BASE + static_cast<unsigned>(scan);
         unread.error = scan;
-        unread.text = std::string("cannot read the directory: ") + std::strerror(scan);
+        unread.text = "cannot read the directory " + options.directory + ": " + std::strerror(scan);
         first.Note(unread);
     } else if (count == 0) {
         first.Note(QVS::STATUS_NO_MATCHING_FILE,
@@ -685,11 +736,10 @@ int Document(const LogsiftDriver::FileType& type, const std::string* operand,
     return whole(out, [&](JsonWriter& json) {
         if (type.newest && operand == nullptr)
             return pools(type, options, json);
-        return document(type.rebuildLog,
-                        LogsiftDriver::Locate(type, operand ? *operand : std::string(),
-                                              options.directory),
-                        options, json)
-            .exit;
+        int error = 0;
+        const Source source = LogsiftDriver::LocateQuietly(
+            type, operand ? *operand : std::string(), options.directory, error);
+        return document(type.rebuildLog, source, options, json, error).exit;
     });
 }
 

@@ -199,9 +199,13 @@ Properties EndedBy(const char* description) {
     return P("ended_by",
              Enum({RebuildJsonPrinter::END_OF_LIST, RebuildJsonPrinter::DAMAGED_ITEM,
                    RebuildJsonPrinter::NO_CHANNEL, RebuildJsonPrinter::OUT_OF_MEMORY,
-                   RebuildJsonPrinter::FAILURE},
+                   RebuildJsonPrinter::FAILURE, RebuildJsonPrinter::END_OF_TEXT},
                   description),
-             false);
+             false) +
+           Quantity("text_end",
+                    "present when the walk ended at the end of what a log that is still being "
+                    "written holds (ended_by end_of_text): the length of its text",
+                    false);
 }
 
 // The members of a rebuild log item's field, by its kind: as a verify
@@ -407,6 +411,11 @@ Value RebuildDocument() {
               false) +
             P("action_items", ArrayOf("action_item")) +
             P("action_walk", Ref("action_walk"), false) +
+            P("finished",
+              Nullable("boolean", "whether the log's root element is closed: false for a "
+                                  "rebuild still writing it, whose walks end where its text "
+                                  "ends; null when the log could not be loaded"),
+              false) +
             P("totals",
               ObjectOf(nullptr,
                        Quantity("messages", "the message items read") +
@@ -477,6 +486,10 @@ Value RebuildSummaryDocument() {
             P("summary",
               ObjectOf(nullptr,
                        P("loaded", Typed("boolean", "the log could be loaded")) +
+                           P("finished",
+                             Nullable("boolean", "whether the log's root element is closed; "
+                                                 "null when it could not be loaded"),
+                             false) +
                            P("state", WordsOf(PoolHealth::LogStates(), nullptr), false) +
                            Time("modified") +
                            Quantity("messages", "the message items") +
@@ -577,7 +590,9 @@ std::vector<Member> Definitions() {
                         false) +
                       EndedBy("why the walk ended: its list's end, a damaged item, a management "
                               "channel that could not be had (the TOD walk with lookups), a "
-                              "lack of memory, or another failure") +
+                              "lack of memory, another failure, or the end of what a log "
+                              "still being written holds (end_of_text: an item cut by it, or "
+                              "a list not closed yet)") +
                       StatusOf("status"))},
         {"action_walk",
          ObjectOf("how the walk over the action history ended: an item that cannot be read is "
@@ -585,7 +600,8 @@ std::vector<Member> Definitions() {
                   Quantity("count", "the action items read and listed") +
                       Quantity("unreadable", "the action items that could not be read") +
                       EndedBy("why the walk ended: the history's end, an item or a history "
-                              "without its closing tag, or a lack of memory") +
+                              "without its closing tag, a lack of memory, or the end of what a "
+                              "log still being written holds") +
                       StatusOf("status"))},
     };
     // The records, nested ones first, then the lists' rows.
