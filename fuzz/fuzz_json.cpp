@@ -101,7 +101,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (((rebuildStatus & LogsiftJson::EXIT_NOT_READ) != 0) != log.contains("error"))
         abort();
     const unsigned long messages = log["totals"]["messages"];
-    if (log["messages"].size() != messages || messages != textMessages(file.path()))
+    if (log["messages"].size() != messages)
+        abort();
+    // logsift's text reads a log whose root is closed; a log still being
+    // written is the companions' alone.
+    if (log["finished"] != false && messages != textMessages(file.path()))
         abort();
 
     // The summaries of the same input: the counts of the whole documents.

@@ -142,6 +142,12 @@ start yes
     check "logsift-status options" "logsift-status --li" "logsift-status --listX" \
         "--list --list="
     check "logsift-status list types" "logsift-status --list=r" "logsift-status --list=rtfn X"
+    check "logsift-status views" "logsift-status --me" "logsift-status --metrics X"
+    check "logsift-status --output takes a file" "logsift-status --outp" "logsift-status --output=X"
+    check "logsift-status pools after a view" "logsift-status -x -P rav my" \
+        "logsift-status -x -P rav my\\ pool X"
+    check "logsift-status pools after --max-age" "logsift-status --max-age 3 -P rav po" \
+        "logsift-status --max-age 3 -P rav pool1 X"
 }
 [ "$fail" = 0 ] && echo "completion ok"
 exit "$fail"

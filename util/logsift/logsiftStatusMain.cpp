@@ -5,6 +5,7 @@
 #include "util/logsift/logsiftDriver.h"
 #include "util/logsift/poolHealth.h"
 #include "util/logsift/statusViews.h"
+#include "util/support/atomicFile.h"
 #include "util/support/startup.h"
 
 #include <cerrno>
@@ -21,7 +22,7 @@ namespace {
 const char* const PROGRAM = "logsift-status";
 
 // Codes of the options that have a long name alone.
-enum : int { LIST = 256, MAX_AGE };
+enum : int { LIST = 256, MAX_AGE, OUTPUT };
 
 // The largest age limit taken: a hundred years.
 constexpr long MAX_AGE_DAYS = 36500;
@@ -37,15 +38,21 @@ CommandLine::Program program() {
         "directory when none is named.\n",
         {},
         "Exit status: 0 every file was read whole; 1 a command-line error; 2 a file\n"
-        "could not be read whole, a named pool has no file, or the directory could\n"
-        "not be read or holds no file of a pool; 4 is added when a pool's newest\n"
-        "verify report found errors.\n"};
+        "could not be read whole, a named pool has no file, the directory could not\n"
+        "be read or holds no file of a pool, or FILE could not be written; 4 is\n"
+        "added when a pool's newest verify report found errors. With --metrics: 0\n"
+        "when the metrics were written, 2 when the directory could not be read or\n"
+        "FILE could not be written.\n"};
     for (const StatusViews::View& view : StatusViews::Views())
         if (view.longName != nullptr)
             p.options.push_back({view.longName, view.code, no_argument, nullptr, view.help});
     p.options.push_back({"max-age", MAX_AGE, required_argument, "DAYS",
                          "a verify report older than DAYS days makes its\npool stale "
                          "(default 8)"});
+    p.options.push_back({"output", OUTPUT, required_argument, "FILE",
+                         "write into FILE instead of standard output: a new\n"
+                         "file beside it, renamed over it once whole (the\n"
+                         "only file the programs write)"});
     p.options.push_back({"list", LIST, optional_argument, "TYPE",
                          "only the pools' names, one per line, from the\n"
                          "directory alone (no file is read): every pool, or\n"
@@ -84,11 +91,35 @@ void reportFailures(const std::string& directory, const std::vector<PoolHealth::
     }
 }
 
+// The view written into FILE whole, or FILE left as it was and the reason
+// said; the view's exit status, or 2.
+int writeFile(const char* file, const StatusViews::View& view, const StatusViews::Context& context,
+              const std::vector<PoolHealth::Pool>& pools) {
+    QVS::AtomicFile atomic(file);
+    std::string failure;
+    int exit = 0;
+    bool written = atomic.Open(failure);
+    if (written) {
+        try {
+            exit = view.write(atomic.Stream(), context, pools);
+            written = atomic.Commit(failure);
+        } catch (const QVS::OutputWriteError& error) {
+            failure = QVS::AtomicFile::WriteFailure(error);
+            written = false;
+        }
+    }
+    if (written)
+        return exit;
+    std::cerr << PROGRAM << ": " << file << ": " << failure << " (the file is left as it was)\n";
+    return exit | PoolHealth::EXIT_NOT_READ;
+}
+
 int status(int argc, char** argv) {
     const CommandLine::Program description = program();
     CommandLine::Common common;
     bool list = false;
     std::string listed; // the file type whose pools are listed; empty: all
+    const char* output = nullptr; // --output: the file written instead of standard output
     const StatusViews::View* view = &StatusViews::Views().front();
     StatusViews::Context context;
     context.rules.now = static_cast<int64_t>(std::time(nullptr));
@@ -111,6 +142,11 @@ int status(int argc, char** argv) {
                 if (!listed.empty() && listed != "vbfn" && listed != "rtfn")
                     return CommandLine::UsageError(
                         PROGRAM, "--list takes vbfn or rtfn, not '" + listed + "'");
+                return CommandLine::GO_ON;
+            case OUTPUT:
+                if (*value == '\0')
+                    return CommandLine::UsageError(PROGRAM, "the file name of --output is empty");
+                output = value;
                 return CommandLine::GO_ON;
             case MAX_AGE: {
                 char* end = nullptr;
@@ -140,8 +176,13 @@ int status(int argc, char** argv) {
     context.named = !named.empty();
     std::vector<PoolHealth::Pool> pools;
     context.scanError = PoolHealth::Collect(common.directory, named, context.rules, pools);
-    const int exit = view->write(std::cout, context, pools);
-    std::cout.flush();
+    int exit;
+    if (output != nullptr) {
+        exit = writeFile(output, *view, context, pools);
+    } else {
+        exit = view->write(std::cout, context, pools);
+        std::cout.flush();
+    }
     if (context.scanError != 0)
         std::cerr << PROGRAM << ": cannot read directory " << common.directory << ": "
                   << std::strerror(context.scanError) << "\n";

@@ -1,7 +1,9 @@
 // statusViews.cpp - the table, the problems-only view and the scripted view.
 #include "util/logsift/statusViews.h"
 
+#include "util/common_cpp/actionHistory.h"
 #include "util/common_cpp/jsonFields.h"
+#include "util/logsift/commandLine.h"
 #include "util/support/utf8.h"
 
 #include <algorithm>
@@ -14,6 +16,9 @@ namespace {
 using PoolHealth::Pool;
 
 const char NONE[] = "-";
+
+// The option code of a view with a long name alone.
+constexpr int METRICS = 300;
 
 std::string timeText(int64_t seconds) {
     if (seconds <= 0)
@@ -167,6 +172,150 @@ int scripted(std::ostream& out, const Context& context, const std::vector<Pool>&
     return TableExitStatus(context, pools);
 }
 
+// ---------------------------------------------------------------- metrics
+
+// A label value as the exposition format writes it: backslash, double quote
+// and newline escaped; a pool name first made valid UTF-8 by the lossless
+// rule of the JSON keys.
+std::string labelValue(const std::string& text) {
+    std::string value;
+    for (const char c : text) {
+        if (c == '\\')
+            value += "\\\\";
+        else if (c == '"')
+            value += "\\\"";
+        else if (c == '\n')
+            value += "\\n";
+        else
+            value += c;
+    }
+    return value;
+}
+
+// One family: its # HELP and # TYPE lines, then its series.
+class Family {
+public:
+    Family(std::ostream& out, const char* name, const char* help) : out(out), name(name) {
+        out << "# HELP " << name << " " << help << "\n# TYPE " << name << " gauge\n";
+    }
+    // A series of the pool (none when `pool` is null) with one more label.
+    void Series(const Pool* pool, long long value, const char* label = nullptr,
+                const char* labelText = nullptr) {
+        out << name;
+        if (pool != nullptr || label != nullptr) {
+            out << '{';
+            if (pool != nullptr)
+                out << "pool=\"" << labelValue(QVS::LosslessText(pool->name)) << '"';
+            if (label != nullptr)
+                out << (pool != nullptr ? "," : "") << label << "=\"" << labelValue(labelText)
+                    << '"';
+            out << '}';
+        }
+        out << ' ' << value << '\n';
+    }
+
+private:
+    std::ostream& out;
+    const char* name;
+};
+
+// A gauge of each pool that has such a file, read by `value`.
+template <typename Value>
+void perPool(std::ostream& out, const std::vector<Pool>& pools, const char* name,
+             const char* help, bool (*has)(const Pool&), Value value) {
+    Family family(out, name, help);
+    for (const Pool& pool : pools)
+        if (has(pool))
+            family.Series(&pool, value(pool));
+}
+
+// A state set: one series per word, 1 for the pool's own, 0 for the others.
+template <typename Of>
+void stateSet(std::ostream& out, const std::vector<Pool>& pools, const char* name,
+              const char* help, const char* label, const std::vector<PoolHealth::Word>& words,
+              Of of) {
+    Family family(out, name, help);
+    for (const Pool& pool : pools)
+        for (std::size_t i = 0; i < words.size(); ++i)
+            family.Series(&pool, of(pool) == i ? 1 : 0, label, words[i].word);
+}
+
+bool hasReport(const Pool& pool) { return pool.verify.present; }
+bool readReport(const Pool& pool) { return pool.verify.present && pool.verify.opened; }
+bool timedReport(const Pool& pool) { return readReport(pool) && pool.verify.counts.statusRead; }
+bool hasLog(const Pool& pool) { return pool.rebuild.present; }
+bool readLog(const Pool& pool) { return pool.rebuild.present && pool.rebuild.opened; }
+
+// The pools' health in the Prometheus text exposition format (0.0.4), for
+// the node exporter's textfile collector: every value as logsift-json
+// --summary gives it, nothing per object or file name. Exit status 0 when
+// written, 2 when the directory could not be read (said in the metrics
+// too).
+int metrics(std::ostream& out, const Context& context, const std::vector<Pool>& pools) {
+    Family(out, "logsift_build_info", "The version of logsift-status that wrote these metrics.")
+        .Series(nullptr, 1, "version", CommandLine::VERSION);
+    Family(out, "logsift_directory_read_success", "Whether the RAV directory could be read.")
+        .Series(nullptr, context.scanError == 0 ? 1 : 0);
+    Family(out, "logsift_pools", "Pools with a verify report or a rebuild log in the RAV directory.")
+        .Series(nullptr, static_cast<long long>(pools.size()));
+    Family(out, "logsift_max_age_seconds",
+           "Age past which a pool's newest verify report makes it stale.")
+        .Series(nullptr, context.rules.maxAge);
+    stateSet(out, pools, "logsift_pool_health",
+             "The pool's health from its newest report and log, as a state set.", "health",
+             PoolHealth::Healths(), [](const Pool& p) { return static_cast<std::size_t>(p.health); });
+    stateSet(out, pools, "logsift_verify_verdict",
+             "The verdict of the pool's newest verify report, as a state set.", "verdict",
+             PoolHealth::Verdicts(),
+             [](const Pool& p) { return static_cast<std::size_t>(p.verify.verdict); });
+    perPool(out, pools, "logsift_verify_read_success",
+            "Whether the pool's newest verify report was read whole and its CRC matches.",
+            hasReport, [](const Pool& p) { return p.verify.outcome.Good() ? 1LL : 0LL; });
+    perPool(out, pools, "logsift_verify_finished",
+            "Whether the final status of the pool's newest verify report is valid.", timedReport,
+            [](const Pool& p) { return p.verify.counts.finished ? 1LL : 0LL; });
+    perPool(out, pools, "logsift_verify_report_timestamp_seconds",
+            "When the verify of the pool's newest report ended (began, when it has no end); 0 "
+            "when it holds no time.",
+            timedReport, [](const Pool& p) { return static_cast<long long>(p.verify.ReportTime()); });
+    perPool(out, pools, "logsift_verify_errors",
+            "Error conditions of the pool and its volumes in the newest verify report.",
+            readReport, [](const Pool& p) { return static_cast<long long>(p.verify.counts.errors); });
+    perPool(out, pools, "logsift_verify_warnings",
+            "Warning conditions of the pool and its volumes in the newest verify report.",
+            readReport,
+            [](const Pool& p) { return static_cast<long long>(p.verify.counts.warnings); });
+    perPool(out, pools, "logsift_verify_problem_rows",
+            "Rows of the problem lists of the pool's newest verify report.", readReport,
+            [](const Pool& p) { return static_cast<long long>(p.verify.counts.problemRows); });
+    perPool(out, pools, "logsift_rebuild_read_success",
+            "Whether the pool's newest rebuild log was read whole (an unfinished log is).",
+            hasLog, [](const Pool& p) { return p.rebuild.outcome.Good() ? 1LL : 0LL; });
+    perPool(out, pools, "logsift_rebuild_log_finished",
+            "Whether the pool's newest rebuild log is closed (0: a rebuild still writing it).",
+            readLog, [](const Pool& p) { return p.rebuild.finished ? 1LL : 0LL; });
+    perPool(out, pools, "logsift_rebuild_log_timestamp_seconds",
+            "The modification time of the pool's newest rebuild log.", hasLog,
+            [](const Pool& p) { return static_cast<long long>(p.rebuild.modified); });
+    perPool(out, pools, "logsift_rebuild_messages", "Messages of the pool's newest rebuild log.",
+            readLog, [](const Pool& p) { return static_cast<long long>(p.rebuild.counts.messages); });
+    perPool(out, pools, "logsift_rebuild_truncated_objects",
+            "Objects whose flag says the rebuild truncated them, in the newest rebuild log.",
+            readLog,
+            [](const Pool& p) { return static_cast<long long>(p.rebuild.counts.truncated); });
+    perPool(out, pools, "logsift_rebuild_deleted_objects",
+            "Objects whose flag says the rebuild deleted them, in the newest rebuild log.",
+            readLog, [](const Pool& p) { return static_cast<long long>(p.rebuild.counts.deleted); });
+    Family objects(out, "logsift_rebuild_objects",
+                   "Objects listed by the newest rebuild log, by the action its text names.");
+    for (const Pool& pool : pools)
+        if (readLog(pool))
+            for (unsigned action = 0; action < TOD_ACTIONS; ++action)
+                objects.Series(&pool, static_cast<long long>(pool.rebuild.counts.actions[action]),
+                               "action", TODItem::ACTION_NAMES[action]);
+    return context.scanError != 0 ? PoolHealth::EXIT_NOT_READ : 0;
+}
+
 } // namespace
 
 int TableExitStatus(const Context& context, const std::vector<PoolHealth::Pool>& pools) {
@@ -183,6 +332,10 @@ const std::vector<View>& Views() {
         {"scripted", 'H',
          "for scripts: no heading, the fields of a line one tab\napart, names escaped",
          scripted},
+        {"metrics", METRICS,
+         "the pools' health as metrics in the Prometheus text\nformat, for the node exporter's "
+         "textfile collector",
+         metrics},
     };
     return views;
 }
