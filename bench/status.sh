@@ -10,6 +10,7 @@
 # writing to /dev/null:
 #   logsift-status -P DIR                 every pool: one scan, then each
 #                                         newest report and log read once
+#   logsift-status --metrics -P DIR       the same pools as metrics
 #   logsift -P DIR vbfn POOL, per pool    the reports one by one, each run
 #                                         scanning the directory again
 #   logsift -a vbf FILE, per pool         the same reports named, no scan
@@ -64,7 +65,8 @@ for ((r = 0; r < rounds; r++)); do
     s=$(timed "'$status' -P '$work/rav' >/dev/null || true")
     n=$(timed "one_by_one")
     f=$(timed "named")
-    echo "$s $n $f" >>"$work/rounds.txt"
+    m=$(timed "'$status' --metrics -P '$work/rav' >/dev/null || true")
+    echo "$s $n $f $m" >>"$work/rounds.txt"
 done
 med() { awk -v c="$1" '{ print $c }' "$work/rounds.txt" | median; }
 ratio() { awk -v a="$1" -v b="$2" '{ print $a / $b }' "$work/rounds.txt" | median; }
@@ -75,3 +77,5 @@ printf 'logsift vbfn x %d  %.3f s   (each run scans the directory)\n' "$pools" "
 printf 'logsift vbf x %d   %.3f s   (the files named)\n' "$pools" "$(med 3)"
 printf 'ratio             logsift-status / logsift vbfn one by one = %.3f\n' "$(ratio 1 2)"
 printf 'ratio             logsift-status / logsift vbf one by one = %.3f\n' "$(ratio 1 3)"
+printf 'logsift-status --metrics  %.3f s\n' "$(med 4)"
+printf 'ratio             --metrics / the table = %.2f\n' "$(ratio 4 1)"

@@ -8,6 +8,7 @@
 #include "util/support/qvsApp.h"
 #include "util/support/qvsError.h"
 #include "util/support/qvsStatus.h"
+#include "util/support/textSearch.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -28,6 +29,8 @@ namespace {
 
 const char REBUILD_LOG_TAG[] = "<rebuildLog>";
 const char REBUILD_LOG_END_TAG[] = "</rebuildLog>";
+// How far from its end a finished log's closing tag is looked for first.
+const size_t ROOT_END_TAIL = 4096;
 // Bytes read at once; the zero-byte rule still applies per 1024-byte chunk.
 const size_t READ_BLOCK_SIZE = 64 * RebuildFile::CHUNK_SIZE;
 static_assert(READ_BLOCK_SIZE % RebuildFile::CHUNK_SIZE == 0, "blocks of whole chunks");
@@ -250,8 +253,15 @@ unsigned RebuildFile::CheckRootElement() const {
     std::string::size_type open = text.find(openTag);
     if (open == std::string::npos)
         return QVS::zERR_XML_TAG_NOT_FOUND;
-    std::string::size_type close = text.rfind(REBUILD_LOG_END_TAG);
-    if (close == std::string::npos || close < open + openTag.size())
+    const std::string::size_type after = open + openTag.size();
+    // A finished log ends with its closing tag: found at once from the end.
+    // Elsewhere (a log still being written has none) the whole text is
+    // searched forward, sixteen places at a time, not backwards byte by byte.
+    const std::string::size_type tail = text.size() > ROOT_END_TAIL ? text.size() - ROOT_END_TAIL : 0;
+    if (text.find(REBUILD_LOG_END_TAG, std::max(after, tail)) != std::string::npos)
+        return 0;
+    static constexpr QVS::Needle END_TAG{std::string_view(REBUILD_LOG_END_TAG)};
+    if (QVS::FindIn(text.data(), after, text.size(), END_TAG) == std::string::npos)
         return QVS::zERR_XML_END_TAG_NOT_FOUND;
     return 0;
 }
@@ -274,7 +284,7 @@ const char MESSAGE_HISTORY_END[] = "</messageHistory>";
 
 bool RebuildFile::OnlyAnItemBegun(std::string_view rest) {
     for (const char* tag : STRUCTURE_TAGS)
-        if (rest.find(tag) != std::string_view::npos)
+        if (QVS::FindIn(rest.data(), 0, rest.size(), QVS::Needle(tag)) != std::string_view::npos)
             return false;
     return true;
 }
@@ -287,7 +297,8 @@ bool RebuildFile::EndsWhereWritten(unsigned status, const char* itemTag, const c
     // closing tag of the list stands after its last item, where the walk
     // stopped, so the rest of the text need not be searched again.
     if (status == 0)
-        return text.find(historyEnd, position) == std::string::npos;
+        return QVS::FindIn(text.data(), position, text.size(), QVS::Needle(historyEnd)) ==
+               std::string::npos;
     if (status != QVS::zERR_XML_END_TAG_NOT_FOUND)
         return false;
     const std::string::size_type begun = text.find(itemTag, position);

@@ -416,7 +416,11 @@ long long VerifyFile::Position() const {
 
 long long VerifyFile::RemainingBytes() const {
     struct stat info;
-    if (file == nullptr || fstat(Descriptor(), &info) != 0 || !S_ISREG(info.st_mode))
+    if (file == nullptr)
+        return -1;
+    if (crcReading && crcReading->Limit() != UINT64_MAX)
+        info.st_size = static_cast<off_t>(crcReading->Limit()); // as it was when opened
+    else if (fstat(Descriptor(), &info) != 0 || !S_ISREG(info.st_mode))
         return -1;
     off_t position = ftello(file);
     if (position < 0)

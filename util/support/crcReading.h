@@ -23,9 +23,12 @@ public:
     // set. The stream owns the descriptor; this object must outlive it.
     FILE* Open(const char* path);
     // The same over a descriptor already open (the stream takes it, and
-    // closes it even when this fails), read no further than `limit` bytes:
-    // a file that grows while it is read is read as it was when opened.
+    // closes it even when this fails): a regular file of `limit` bytes when
+    // opened, read no further than that (a file that grows while it is
+    // read is read as it was), or a stream when `limit` is UINT64_MAX.
     FILE* Adopt(int descriptor, uint64_t limit);
+    // The size a regular file had when adopted, or UINT64_MAX.
+    uint64_t Limit() const { return limit; }
 
     // The descriptor under the stream (fileno gives -1 for such a stream).
     int Descriptor() const { return fd; }
@@ -44,8 +47,9 @@ private:
     bool Pass(uint64_t to);
     void Fold(const char* buffer, uint64_t start, std::size_t count);
 
-    // The stream over `fd`, or null (and `fd` closed).
-    FILE* Stream();
+    // The stream over `fd` (seekable when a regular file), or null (and
+    // `fd` closed).
+    FILE* Stream(bool regular);
     // At most `size`, and nothing past the limit.
     std::size_t Within(std::size_t size) const;
 

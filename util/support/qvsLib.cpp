@@ -1,6 +1,7 @@
 // qvsLib.cpp - CRC-32, numbers, UTF-16 text, key="value" extraction.
 #include "util/support/qvsLib.h"
 
+#include "util/support/crcFold.h"
 #include "util/support/qvsGuid.h"
 #include "util/support/qvsStatus.h"
 #include "util/support/textSearch.h"
@@ -38,6 +39,14 @@ const CrcTable crcTable;
 } // namespace
 
 unsigned updateCRC(unsigned crc, unsigned char* data, unsigned long length) {
+    // Whole blocks by carry-less multiplication where the processor has it;
+    // the rest by the tables.
+    if (length >= CRC_FOLD_MINIMUM && CrcFoldAvailable()) {
+        const unsigned long folded = length & ~15ul;
+        crc = FoldCrc(crc, data, folded);
+        data += folded;
+        length -= folded;
+    }
     const auto& t = crcTable.entry;
     unsigned long i = 0;
     for (; i + 16 <= length; i += 16) {
