@@ -6,6 +6,8 @@
 #include "util/support/inputFile.h"
 #include "util/support/qvsLib.h"
 
+#include "tests/unit/scratch_testutil.h"
+
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -22,26 +24,21 @@
 
 namespace {
 
-class Scratch {
-public:
-    Scratch() {
-        char templ[] = "/tmp/inputfile-test-XXXXXX";
-        dir_ = ::mkdtemp(templ);
-    }
-    ~Scratch() { std::system(("rm -rf '" + dir_ + "'").c_str()); }
-    std::string Path(const std::string& name) const { return dir_ + "/" + name; }
-    std::string Write(const std::string& name, const std::string& text) const {
-        std::ofstream(Path(name), std::ios::binary) << text;
-        return Path(name);
-    }
-
-private:
-    std::string dir_;
-};
-
 bool open(const std::string& path, QVS::InputKinds kinds, QVS::InputFile& file,
           QVS::InputFailure& failure) {
     return QVS::OpenInput(path, kinds, file, failure);
+}
+
+// A rebuild log read from an opened input, as the companions read one.
+std::string logText(const std::string& path, QVS::InputFile& file,
+                    std::ostream* diagnostics = nullptr) {
+    std::ostringstream out;
+    RebuildFile::Opened opened;
+    opened.regular = file.regular;
+    opened.size = file.size;
+    opened.diagnostics = diagnostics;
+    opened.descriptor = file.Take();
+    return RebuildFile(path, opened, out, 4).Text();
 }
 
 // A verify report of one header section, its CRC right.
@@ -162,14 +159,8 @@ TEST(OpenInput, ALogReplacedWhileItIsReadIsTheOneOpened) {
     scratch.Write("other.xml", "<rebuildLog>other</rebuildLog>");
     ASSERT_EQ(::rename(scratch.Path("other.xml").c_str(), path.c_str()), 0);
     ASSERT_EQ(::write(file.descriptor, "", 0), -1); // opened for reading only
-    std::ostringstream out, diagnostics;
-    RebuildFile::Opened opened;
-    opened.regular = file.regular;
-    opened.size = file.size;
-    opened.diagnostics = &diagnostics;
-    opened.descriptor = file.Take();
-    RebuildFile log(path, opened, out, 4);
-    EXPECT_EQ(log.Text(), first);
+    std::ostringstream diagnostics;
+    EXPECT_EQ(logText(path, file, &diagnostics), first);
     EXPECT_EQ(diagnostics.str(), "");
 }
 
@@ -181,13 +172,7 @@ TEST(OpenInput, ALogThatGrowsStopsAtItsSizeWhenOpened) {
     QVS::InputFailure failure;
     ASSERT_TRUE(open(path, QVS::InputKinds::RegularOnly, file, failure));
     std::ofstream(path, std::ios::binary | std::ios::app) << "<more/>";
-    std::ostringstream out;
-    RebuildFile::Opened opened;
-    opened.regular = file.regular;
-    opened.size = file.size;
-    opened.descriptor = file.Take();
-    RebuildFile log(path, opened, out, 4);
-    EXPECT_EQ(log.Text(), first);
+    EXPECT_EQ(logText(path, file), first);
 }
 
 TEST(OpenInput, ADescriptorNotTakenIsClosed) {

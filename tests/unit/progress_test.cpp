@@ -11,21 +11,7 @@
 #include <string>
 #include <unistd.h>
 
-// Every allocation of this test program is counted while `counting` is set.
-namespace {
-bool counting = false;
-long allocations = 0;
-} // namespace
-
-void* operator new(std::size_t size) {
-    if (counting)
-        ++allocations;
-    if (void* p = std::malloc(size == 0 ? 1 : size))
-        return p;
-    throw std::bad_alloc();
-}
-void operator delete(void* p) noexcept { std::free(p); }
-void operator delete(void* p, std::size_t) noexcept { std::free(p); }
+#include "tests/unit/allocations_testutil.h"
 
 namespace {
 

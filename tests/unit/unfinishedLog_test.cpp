@@ -6,6 +6,8 @@
 #include "util/logsift/logsiftJson.h"
 #include "util/logsift/poolHealth.h"
 
+#include "tests/unit/scratch_testutil.h"
+
 #include <gtest/gtest.h>
 
 #include <dirent.h>
@@ -74,21 +76,6 @@ std::string closedAtLastItem(const std::string& cut) {
     }
     return closed + "</rebuildLog>";
 }
-
-class Scratch {
-public:
-    Scratch() {
-        char templ[] = "/tmp/unfinished-test-XXXXXX";
-        dir = ::mkdtemp(templ);
-    }
-    ~Scratch() { std::system(("rm -rf '" + dir + "'").c_str()); }
-    std::string Write(const std::string& name, const std::string& text) const {
-        const std::string path = dir + "/" + name;
-        std::ofstream(path, std::ios::binary | std::ios::trunc) << text;
-        return path;
-    }
-    std::string dir;
-};
 
 // What the companions give of a log: the summary's facts, and the whole
 // document's totals of action items and its "finished".

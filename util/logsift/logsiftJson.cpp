@@ -72,10 +72,18 @@ void begin(JsonWriter& json, const char* kind, const Source& source, const uint6
     json.EndObject();
 }
 
-// The size `begin` shows of an opened input.
-const uint64_t* sizeOf(const QVS::InputFile& input, bool opened) {
-    return opened && input.regular ? &input.size : nullptr;
-}
+// The file of a whole document, opened by the companions' rules before its
+// first member is written (its size is that of the file read).
+struct Opening {
+    explicit Opening(const Source& source)
+        : opened(!source.path.empty() && LogsiftDriver::OpenSource(source, input, failure)) {}
+    // The size `begin` shows: of a regular file opened, else none.
+    const uint64_t* Size() const { return opened && input.regular ? &input.size : nullptr; }
+
+    QVS::InputFile input;
+    QVS::InputFailure failure;
+    const bool opened;
+};
 
 // The reader's own messages (what logsift would print among the report's
 // lines), kept as they are written and read back in place: there is no
@@ -223,16 +231,15 @@ private:
 
 Written verifyReport(const Source& source, const Options& options, JsonWriter& json,
                      int directoryError) {
-    QVS::InputFile input;
-    QVS::InputFailure failure;
-    const bool opened = !source.path.empty() && LogsiftDriver::OpenSource(source, input, failure);
-    begin(json, "verify_report", source, sizeOf(input, opened));
+    Opening file(source);
+    QVS::InputFile& input = file.input;
+    begin(json, "verify_report", source, file.Size());
     ReaderMessages messages;
     First first;
     json.Key("sections");
     json.BeginArray();
     JsonVerifyReading reading(json);
-    if (opened) {
+    if (file.opened) {
         first.Note(LogsiftDriver::ReadVerifyReport(
             LogsiftDriver::InputReport(source.path, input, messages, options.debugMask),
             reading));
@@ -240,7 +247,7 @@ Written verifyReport(const Source& source, const Options& options, JsonWriter& j
         if (source.path.empty())
             first.Note(noFile(source, "verify report", directoryError));
         else
-            first.Note(LogsiftDriver::InputOutcome(failure));
+            first.Note(LogsiftDriver::InputOutcome(file.failure));
         reading.Sections(nullptr);
     }
     const VerifyJsonPrinter& printer = reading.Printer();
@@ -456,15 +463,14 @@ private:
 
 Written rebuildLog(const Source& source, const Options& options, JsonWriter& json,
                      int directoryError) {
-    QVS::InputFile input;
-    QVS::InputFailure failure;
-    const bool opened = !source.path.empty() && LogsiftDriver::OpenSource(source, input, failure);
-    begin(json, "rebuild_log", source, sizeOf(input, opened));
+    Opening file(source);
+    QVS::InputFile& input = file.input;
+    begin(json, "rebuild_log", source, file.Size());
     json.Member("lookups", options.lookup);
     ReaderMessages messages;
     First first;
     JsonRebuildReading reading(json, messages, first);
-    if (opened) {
+    if (file.opened) {
         LogsiftDriver::RebuildOptions walks;
         walks.lookup = options.lookup;
         walks.server = options.server;
@@ -476,7 +482,7 @@ Written rebuildLog(const Source& source, const Options& options, JsonWriter& jso
     } else if (source.path.empty()) {
         first.Note(noFile(source, "rebuild log", directoryError));
     } else {
-        first.Note(LogsiftDriver::InputOutcome(failure));
+        first.Note(LogsiftDriver::InputOutcome(file.failure));
     }
     RebuildJsonPrinter& printer = reading.Printer();
     const ActionWalk& actions = reading.Actions();

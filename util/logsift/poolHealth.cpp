@@ -170,53 +170,54 @@ LogState StateOf(const RebuildFacts& facts) {
     return LogState::Finished;
 }
 
-VerifyFacts ReadVerify(const LogsiftDriver::Source& source) {
-    VerifyFacts facts;
+namespace {
+
+// Opens the file of `source` by the companions' rules and hands it to
+// `read`, or keeps why it could not be opened.
+template <typename Facts, typename Read>
+void readFile(const LogsiftDriver::Source& source, Facts& facts, Read read) {
     facts.present = !source.path.empty();
     facts.path = source.path;
-    if (facts.present) {
-        QVS::InputFile input;
-        QVS::InputFailure failure;
-        if (!LogsiftDriver::OpenSource(source, input, failure)) {
-            facts.outcome = LogsiftDriver::InputOutcome(failure);
-        } else {
-            facts.sized = input.regular;
-            facts.size = input.size;
-            facts.modified = input.modified;
-            Nowhere nowhere;
-            VerifyCounting reading(facts);
-            facts.outcome = LogsiftDriver::ReadVerifyReport(
-                LogsiftDriver::InputReport(source.path, input, nowhere, DEBUG_MASK), reading);
-        }
+    if (!facts.present)
+        return;
+    QVS::InputFile input;
+    QVS::InputFailure failure;
+    if (!LogsiftDriver::OpenSource(source, input, failure)) {
+        facts.outcome = LogsiftDriver::InputOutcome(failure);
+        return;
     }
+    facts.sized = input.regular;
+    facts.size = input.size;
+    facts.modified = input.modified;
+    read(input);
+}
+
+} // namespace
+
+VerifyFacts ReadVerify(const LogsiftDriver::Source& source) {
+    VerifyFacts facts;
+    readFile(source, facts, [&](QVS::InputFile& input) {
+        Nowhere nowhere;
+        VerifyCounting reading(facts);
+        facts.outcome = LogsiftDriver::ReadVerifyReport(
+            LogsiftDriver::InputReport(source.path, input, nowhere, DEBUG_MASK), reading);
+    });
     facts.verdict = VerdictOf(facts);
     return facts;
 }
 
 RebuildFacts ReadRebuild(const LogsiftDriver::Source& source) {
     RebuildFacts facts;
-    facts.present = !source.path.empty();
-    facts.path = source.path;
-    if (facts.present) {
-        QVS::InputFile input;
-        QVS::InputFailure failure;
-        if (!LogsiftDriver::OpenSource(source, input, failure)) {
-            facts.outcome = LogsiftDriver::InputOutcome(failure);
-        } else {
-            facts.sized = input.regular;
-            facts.size = input.size;
-            facts.modified = input.modified;
-            Nowhere nowhere;
-            RebuildCounting reading(facts);
-            LogsiftDriver::RebuildOptions options; // no names asked
-            facts.outcome = LogsiftDriver::ReadRebuildLog(
-                LogsiftDriver::InputLog(source.path, input, nowhere, DEBUG_MASK), options,
-                reading);
-            // The first walk that failed says why.
-            if (facts.outcome.Good() && !reading.messages.Good())
-                facts.outcome = reading.messages;
-        }
-    }
+    readFile(source, facts, [&](QVS::InputFile& input) {
+        Nowhere nowhere;
+        RebuildCounting reading(facts);
+        LogsiftDriver::RebuildOptions options; // no names asked
+        facts.outcome = LogsiftDriver::ReadRebuildLog(
+            LogsiftDriver::InputLog(source.path, input, nowhere, DEBUG_MASK), options, reading);
+        // The first walk that failed says why.
+        if (facts.outcome.Good() && !reading.messages.Good())
+            facts.outcome = reading.messages;
+    });
     facts.state = StateOf(facts);
     return facts;
 }
@@ -228,53 +229,37 @@ bool Stale(const VerifyFacts& verify, const Rules& rules) {
     return when <= 0 || rules.now - when > rules.maxAge;
 }
 
+namespace {
+
+// The health each verdict and each state of a log makes by itself, in the
+// order of the tables.
+const Health VERDICT_HEALTH[] = {
+    Health::Healthy,    Health::Warnings,   Health::Errors,     Health::Incomplete,
+    Health::Incomplete, Health::Damaged,    Health::Unreadable, Health::Unverified,
+    Health::NoFiles,
+};
+const Health LOG_STATE_HEALTH[] = {
+    Health::Healthy, Health::Rebuilding, Health::Damaged, Health::Unreadable, Health::Healthy,
+};
+static_assert(sizeof VERDICT_HEALTH / sizeof VERDICT_HEALTH[0] ==
+                  static_cast<unsigned>(Verdict::NoFiles) + 1,
+              "a health for each verdict");
+static_assert(sizeof LOG_STATE_HEALTH / sizeof LOG_STATE_HEALTH[0] ==
+                  static_cast<unsigned>(LogState::NoLog) + 1,
+              "a health for each state of a log");
+
+} // namespace
+
 Health HealthOf(const Pool& pool, const Rules& rules) {
     if (!pool.found)
         return Health::NoFiles;
-    Health health = Health::Healthy;
-    auto atLeast = [&health](Health worse) { health = std::max(health, worse); };
     const VerifyFacts& verify = pool.verify;
     const RebuildFacts& rebuild = pool.rebuild;
-    switch (verify.verdict) {
-    case Verdict::Errors:
-        atLeast(Health::Errors);
-        break;
-    case Verdict::Damaged:
-        atLeast(Health::Damaged);
-        break;
-    case Verdict::Unreadable:
-        atLeast(Health::Unreadable);
-        break;
-    case Verdict::Incomplete:
-    case Verdict::NoData:
-        atLeast(Health::Incomplete);
-        break;
-    case Verdict::NoReport:
-        atLeast(Health::Unverified);
-        break;
-    case Verdict::Warnings:
-        atLeast(Health::Warnings);
-        break;
-    case Verdict::Clean:
-    case Verdict::NoFiles:
-        break;
-    }
+    Health health = std::max(VERDICT_HEALTH[static_cast<unsigned>(verify.verdict)],
+                             LOG_STATE_HEALTH[static_cast<unsigned>(rebuild.state)]);
+    auto atLeast = [&health](Health worse) { health = std::max(health, worse); };
     if (verify.present && verify.opened && Stale(verify, rules))
         atLeast(Health::Stale);
-    switch (rebuild.state) {
-    case LogState::Damaged:
-        atLeast(Health::Damaged);
-        break;
-    case LogState::Unreadable:
-        atLeast(Health::Unreadable);
-        break;
-    case LogState::Unfinished:
-        atLeast(Health::Rebuilding);
-        break;
-    case LogState::Finished:
-    case LogState::NoLog:
-        break;
-    }
     if (rebuild.present && rebuild.opened) {
         const unsigned long* actions = rebuild.counts.actions;
         if (actions[TODItem::ACTION_DELETED] != 0 || rebuild.counts.deleted != 0)
