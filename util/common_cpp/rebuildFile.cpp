@@ -28,7 +28,7 @@
 namespace {
 
 const char REBUILD_LOG_TAG[] = "<rebuildLog>";
-const char REBUILD_LOG_END_TAG[] = "</rebuildLog>";
+constexpr char REBUILD_LOG_END_TAG[] = "</rebuildLog>";
 // How far from its end a finished log's closing tag is looked for first.
 const size_t ROOT_END_TAIL = 4096;
 // Bytes read at once; the zero-byte rule still applies per 1024-byte chunk.
