@@ -104,5 +104,6 @@ echo "  cd $out"
 echo "  logsift rtf sample_rebuild.xml | less"
 [ -f sample_verify.vbf ] && echo "  logsift-json vbf sample_verify.vbf | less"
 echo "  less rebuild.json"
+echo "  logsift-status -P rav --metrics | less    # the pools' health for Prometheus"
 echo "(the programs are in $(dirname "$logsift"); make install puts them on the PATH)"
 rm -f output.txt mount.err
