@@ -240,7 +240,7 @@ TEST_F(CrcReadingTest, VerifyReaderGivesTheCrcOnlyWhenMadeToFoldIt) {
     const auto data = pattern(40000, 7);
     const std::string path = write("report", data);
     std::ostringstream out;
-    VerifyFile folding(path, out, 4, VerifyFile::CrcFromReading{});
+    VerifyFile folding(path, ::open(path.c_str(), O_RDONLY | O_CLOEXEC), data.size(), out, 4);
     EXPECT_NE(folding.ReadAndValidateSectionAll(), 0u);
     uint32_t computed = 0;
     ASSERT_TRUE(folding.FinishCrc(computed));

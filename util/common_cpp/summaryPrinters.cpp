@@ -101,11 +101,7 @@ void RebuildSummaryPrinter::Message(MessageItem const&) { ++summary.messages; }
 
 void RebuildSummaryPrinter::MessagesEnd(unsigned long, unsigned status, unsigned long) {
     summary.messageStatus = status;
-    summary.messagesAtTextEnd = atTextEnd;
-    atTextEnd = false;
 }
-
-void RebuildSummaryPrinter::EndOfWrittenText(unsigned long) { atTextEnd = true; }
 
 void RebuildSummaryPrinter::IgnoredTODItem(TODItem const&) { ++summary.ignored; }
 
@@ -125,6 +121,4 @@ void RebuildSummaryPrinter::TODItemsEnd(unsigned long, unsigned long, unsigned s
                                         unsigned long) {
     summary.todStatus = status;
     summary.todWalkEnded = true;
-    summary.todItemsAtTextEnd = atTextEnd;
-    atTextEnd = false;
 }

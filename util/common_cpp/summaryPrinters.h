@@ -85,9 +85,6 @@ struct RebuildSummary {
     unsigned long actions[TOD_ACTIONS] = {};
     unsigned todStatus = 0;
     bool todWalkEnded = false;
-    // The walks that reached the end of what a log still being written holds.
-    bool messagesAtTextEnd = false;
-    bool todItemsAtTextEnd = false;
 };
 
 class RebuildSummaryPrinter : public RebuildPrinter {
@@ -103,13 +100,11 @@ public:
     bool ChannelFailure(std::exception const& failure) override;
     void TODItemsEnd(unsigned long found, unsigned long ignored, unsigned status,
                      unsigned long position) override;
-    void EndOfWrittenText(unsigned long textEnd) override;
 
     RebuildSummary const& Summary() const { return summary; }
 
 private:
     RebuildSummary summary;
-    bool atTextEnd = false; // said for the walk that ends next
 };
 
 #endif

@@ -187,16 +187,6 @@ VerifyFile::VerifyFile(const std::string& fileName, std::ostream& out, unsigned 
     ConstructorOpen();
 }
 
-VerifyFile::VerifyFile(const std::string& fileName, std::ostream& out, unsigned debugMask,
-                       CrcFromReading)
-    : displayActions(true), displayHistograms(true), displayObjectDetails(true), out(out),
-      crcReading(new QVS::CrcReading(VerifyFormat::CRC_SIZE)) {
-    InitialiseFields(debugMask, 0);
-    poolName = "None";
-    path = fileName;
-    ConstructorOpen();
-}
-
 VerifyFile::VerifyFile(const std::string& fileName, int descriptor, uint64_t limit,
                        std::ostream& out, unsigned debugMask)
     : displayActions(true), displayHistograms(true), displayObjectDetails(true), out(out),
@@ -253,10 +243,9 @@ void VerifyFile::InitialiseFields(unsigned mask, long time) {
 }
 
 void VerifyFile::ConstructorOpen(int descriptor, uint64_t limit) {
-    if (descriptor >= 0)
-        file = crcReading->Adopt(descriptor, limit);
-    else
-        file = crcReading ? crcReading->Open(path.c_str()) : std::fopen(path.c_str(), "rb");
+    // The descriptor of a companion's opening, through the CRC-folding
+    // stream; else the file named, as the design opens it.
+    file = descriptor >= 0 ? crcReading->Adopt(descriptor, limit) : std::fopen(path.c_str(), "rb");
     if (file == nullptr) {
         int err = errno;
         if (debugMask & DEBUG_OPEN)

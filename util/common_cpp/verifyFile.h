@@ -112,14 +112,10 @@ public:
     }
 
     VerifyFile(const std::string& fileName, std::ostream& out, unsigned debugMask);
-    // The same, folding every byte the reading passes into the file's CRC,
-    // which FinishCrc completes.
-    struct CrcFromReading {};
-    VerifyFile(const std::string& fileName, std::ostream& out, unsigned debugMask,
-               CrcFromReading);
     // A report its caller opened: the reader takes `descriptor` (and closes
     // it, also when this throws), reads no further than `limit` bytes and
-    // folds the CRC from the reading.
+    // folds every byte the reading passes into the file's CRC, which
+    // FinishCrc completes.
     VerifyFile(const std::string& fileName, int descriptor, uint64_t limit, std::ostream& out,
                unsigned debugMask);
     // Live statistics of a pool: prefix + poolName + "VerifyStatistics.vbf".

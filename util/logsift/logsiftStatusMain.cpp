@@ -173,7 +173,6 @@ int status(int argc, char** argv) {
     }
     const std::vector<std::string> named(argv + optind, argv + argc);
     context.directory = common.directory;
-    context.named = !named.empty();
     std::vector<PoolHealth::Pool> pools;
     context.scanError = PoolHealth::Collect(common.directory, named, context.rules, pools);
     int exit;

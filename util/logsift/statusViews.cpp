@@ -192,10 +192,28 @@ std::string labelValue(const std::string& text) {
     return value;
 }
 
+// Each pool's label value, made once for all its series.
+class PoolLabels {
+public:
+    explicit PoolLabels(const std::vector<Pool>& pools) : first(pools.data()) {
+        for (const Pool& pool : pools)
+            text.push_back(labelValue(QVS::LosslessText(pool.name)));
+    }
+    const std::string& Of(const Pool& pool) const {
+        return text[static_cast<std::size_t>(&pool - first)];
+    }
+
+private:
+    const Pool* first;
+    std::vector<std::string> text;
+};
+
 // One family: its # HELP and # TYPE lines, then its series.
 class Family {
 public:
-    Family(std::ostream& out, const char* name, const char* help) : out(out), name(name) {
+    Family(std::ostream& out, const char* name, const char* help,
+           const PoolLabels* labels = nullptr)
+        : out(out), name(name), labels(labels) {
         out << "# HELP " << name << " " << help << "\n# TYPE " << name << " gauge\n";
     }
     // A series of the pool (none when `pool` is null) with one more label.
@@ -205,7 +223,7 @@ public:
         if (pool != nullptr || label != nullptr) {
             out << '{';
             if (pool != nullptr)
-                out << "pool=\"" << labelValue(QVS::LosslessText(pool->name)) << '"';
+                out << "pool=\"" << labels->Of(*pool) << '"';
             if (label != nullptr)
                 out << (pool != nullptr ? "," : "") << label << "=\"" << labelValue(labelText)
                     << '"';
@@ -217,13 +235,14 @@ public:
 private:
     std::ostream& out;
     const char* name;
+    const PoolLabels* labels;
 };
 
 // A gauge of each pool that has such a file, read by `value`.
 template <typename Value>
-void perPool(std::ostream& out, const std::vector<Pool>& pools, const char* name,
-             const char* help, bool (*has)(const Pool&), Value value) {
-    Family family(out, name, help);
+void perPool(std::ostream& out, const std::vector<Pool>& pools, const PoolLabels& labels,
+             const char* name, const char* help, bool (*has)(const Pool&), Value value) {
+    Family family(out, name, help, &labels);
     for (const Pool& pool : pools)
         if (has(pool))
             family.Series(&pool, value(pool));
@@ -231,10 +250,10 @@ void perPool(std::ostream& out, const std::vector<Pool>& pools, const char* name
 
 // A state set: one series per word, 1 for the pool's own, 0 for the others.
 template <typename Of>
-void stateSet(std::ostream& out, const std::vector<Pool>& pools, const char* name,
-              const char* help, const char* label, const std::vector<PoolHealth::Word>& words,
-              Of of) {
-    Family family(out, name, help);
+void stateSet(std::ostream& out, const std::vector<Pool>& pools, const PoolLabels& labels,
+              const char* name, const char* help, const char* label,
+              const std::vector<PoolHealth::Word>& words, Of of) {
+    Family family(out, name, help, &labels);
     for (const Pool& pool : pools)
         for (std::size_t i = 0; i < words.size(); ++i)
             family.Series(&pool, of(pool) == i ? 1 : 0, label, words[i].word);
@@ -252,6 +271,7 @@ bool readLog(const Pool& pool) { return pool.rebuild.present && pool.rebuild.ope
 // written, 2 when the directory could not be read (said in the metrics
 // too).
 int metrics(std::ostream& out, const Context& context, const std::vector<Pool>& pools) {
+    const PoolLabels labels(pools);
     Family(out, "logsift_build_info", "The version of logsift-status that wrote these metrics.")
         .Series(nullptr, 1, "version", CommandLine::VERSION);
     Family(out, "logsift_directory_read_success", "Whether the RAV directory could be read.")
@@ -261,53 +281,54 @@ int metrics(std::ostream& out, const Context& context, const std::vector<Pool>& 
     Family(out, "logsift_max_age_seconds",
            "Age past which a pool's newest verify report makes it stale.")
         .Series(nullptr, context.rules.maxAge);
-    stateSet(out, pools, "logsift_pool_health",
+    stateSet(out, pools, labels, "logsift_pool_health",
              "The pool's health from its newest report and log, as a state set.", "health",
              PoolHealth::Healths(), [](const Pool& p) { return static_cast<std::size_t>(p.health); });
-    stateSet(out, pools, "logsift_verify_verdict",
+    stateSet(out, pools, labels, "logsift_verify_verdict",
              "The verdict of the pool's newest verify report, as a state set.", "verdict",
              PoolHealth::Verdicts(),
              [](const Pool& p) { return static_cast<std::size_t>(p.verify.verdict); });
-    perPool(out, pools, "logsift_verify_read_success",
+    perPool(out, pools, labels, "logsift_verify_read_success",
             "Whether the pool's newest verify report was read whole and its CRC matches.",
             hasReport, [](const Pool& p) { return p.verify.outcome.Good() ? 1LL : 0LL; });
-    perPool(out, pools, "logsift_verify_finished",
+    perPool(out, pools, labels, "logsift_verify_finished",
             "Whether the final status of the pool's newest verify report is valid.", timedReport,
             [](const Pool& p) { return p.verify.counts.finished ? 1LL : 0LL; });
-    perPool(out, pools, "logsift_verify_report_timestamp_seconds",
+    perPool(out, pools, labels, "logsift_verify_report_timestamp_seconds",
             "When the verify of the pool's newest report ended (began, when it has no end); 0 "
             "when it holds no time.",
             timedReport, [](const Pool& p) { return static_cast<long long>(p.verify.ReportTime()); });
-    perPool(out, pools, "logsift_verify_errors",
+    perPool(out, pools, labels, "logsift_verify_errors",
             "Error conditions of the pool and its volumes in the newest verify report.",
             readReport, [](const Pool& p) { return static_cast<long long>(p.verify.counts.errors); });
-    perPool(out, pools, "logsift_verify_warnings",
+    perPool(out, pools, labels, "logsift_verify_warnings",
             "Warning conditions of the pool and its volumes in the newest verify report.",
             readReport,
             [](const Pool& p) { return static_cast<long long>(p.verify.counts.warnings); });
-    perPool(out, pools, "logsift_verify_problem_rows",
+    perPool(out, pools, labels, "logsift_verify_problem_rows",
             "Rows of the problem lists of the pool's newest verify report.", readReport,
             [](const Pool& p) { return static_cast<long long>(p.verify.counts.problemRows); });
-    perPool(out, pools, "logsift_rebuild_read_success",
+    perPool(out, pools, labels, "logsift_rebuild_read_success",
             "Whether the pool's newest rebuild log was read whole (an unfinished log is).",
             hasLog, [](const Pool& p) { return p.rebuild.outcome.Good() ? 1LL : 0LL; });
-    perPool(out, pools, "logsift_rebuild_log_finished",
+    perPool(out, pools, labels, "logsift_rebuild_log_finished",
             "Whether the pool's newest rebuild log is closed (0: a rebuild still writing it).",
             readLog, [](const Pool& p) { return p.rebuild.finished ? 1LL : 0LL; });
-    perPool(out, pools, "logsift_rebuild_log_timestamp_seconds",
+    perPool(out, pools, labels, "logsift_rebuild_log_timestamp_seconds",
             "The modification time of the pool's newest rebuild log.", hasLog,
             [](const Pool& p) { return static_cast<long long>(p.rebuild.modified); });
-    perPool(out, pools, "logsift_rebuild_messages", "Messages of the pool's newest rebuild log.",
+    perPool(out, pools, labels, "logsift_rebuild_messages", "Messages of the pool's newest rebuild log.",
             readLog, [](const Pool& p) { return static_cast<long long>(p.rebuild.counts.messages); });
-    perPool(out, pools, "logsift_rebuild_truncated_objects",
+    perPool(out, pools, labels, "logsift_rebuild_truncated_objects",
             "Objects whose flag says the rebuild truncated them, in the newest rebuild log.",
             readLog,
             [](const Pool& p) { return static_cast<long long>(p.rebuild.counts.truncated); });
-    perPool(out, pools, "logsift_rebuild_deleted_objects",
+    perPool(out, pools, labels, "logsift_rebuild_deleted_objects",
             "Objects whose flag says the rebuild deleted them, in the newest rebuild log.",
             readLog, [](const Pool& p) { return static_cast<long long>(p.rebuild.counts.deleted); });
     Family objects(out, "logsift_rebuild_objects",
-                   "Objects listed by the newest rebuild log, by the action its text names.");
+                   "Objects listed by the newest rebuild log, by the action its text names.",
+                   &labels);
     for (const Pool& pool : pools)
         if (readLog(pool))
             for (unsigned action = 0; action < TOD_ACTIONS; ++action)

@@ -16,7 +16,6 @@ namespace StatusViews {
 struct Context {
     std::string directory;      // the RAV directory read
     int scanError = 0;          // the errno that stopped reading it, or 0
-    bool named = false;         // pools were named on the command line
     PoolHealth::Rules rules;
 };
 
